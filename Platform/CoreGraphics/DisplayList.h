@@ -1,0 +1,104 @@
+// A recording of drawing commands, in points, y up. It is what bitmap contexts remember, what vector output replays and
+// what drawing tests compare.
+#pragma once
+
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "CoreGraphics/CGContext.h"
+
+namespace zelkon {
+
+class DisplayList {
+ public:
+  struct Save {};
+  struct Restore {};
+  struct Concat {
+    CGAffineTransform transform;
+  };
+  struct Clip {
+    CGPath path;
+    bool evenOdd;
+  };
+  struct Fill {
+    CGPath path;
+    bool evenOdd;
+    RGBA color;
+    CGBlendMode blend;
+  };
+  struct Stroke {
+    CGPath path;
+    CGStrokeStyle style;
+    RGBA color;
+    CGBlendMode blend;
+  };
+  struct Gradient {
+    CGGradientRef gradient;
+    CGGradientPlacement placement;
+    double alpha;
+    CGBlendMode blend;
+  };
+  struct Image {
+    CGImageRef image;
+    CGRect rect;
+    double alpha;
+    CGBlendMode blend;
+  };
+  struct Text {
+    CGTextRun run;
+    RGBA color;
+    CGBlendMode blend;
+  };
+  struct Clear {
+    CGRect rect;
+  };
+  struct BeginGroup {
+    CGGroupEffects effects;
+    CGRect bounds;
+  };
+  struct EndGroup {};
+  using Command =
+      std::variant<Save, Restore, Concat, Clip, Fill, Stroke, Gradient, Image, Text, Clear, BeginGroup, EndGroup>;
+
+  const std::vector<Command>& commands() const { return commands_; }
+  bool isEmpty() const { return commands_.empty(); }
+  // Only plain fills, strokes and text, and few of them: replaying it each frame is cheaper and sharper than a picture.
+  bool isCheapToReplay() const;
+  // Paints the commands into `context` through its core, unbalanced saves closed at the end.
+  void replay(CGContext& context) const;
+
+ private:
+  friend class RecordingContext;
+  std::vector<Command> commands_;
+};
+
+// A context that only records.
+class RecordingContext : public CGContext {
+ public:
+  RecordingContext() = default;
+  std::shared_ptr<const DisplayList> snapshot() const;  // what was drawn so far; later drawing does not alter it
+  bool prefersRecordings() const override { return true; }
+
+ protected:
+  void doSave() override;
+  void doRestore() override;
+  void doConcat(const CGAffineTransform& t) override;
+  void doClip(const CGPath& path, bool evenOdd) override;
+  void doFill(const CGPath& path, bool evenOdd, const RGBA& color, CGBlendMode blend) override;
+  void doStroke(const CGPath& path, const CGStrokeStyle& style, const RGBA& color, CGBlendMode blend) override;
+  void doGradient(const CGGradientRef& gradient, const CGGradientPlacement& placement, double alpha,
+                  CGBlendMode blend) override;
+  void doImage(const CGImageRef& image, CGRect rect, double alpha, CGBlendMode blend) override;
+  void doText(const CGTextRun& run, const RGBA& color, CGBlendMode blend) override;
+  void doClear(CGRect rect) override;
+  void doBeginGroup(const CGGroupEffects& effects, CGRect bounds) override;
+  void doEndGroup() override;
+  // Drops everything recorded so far: what a clear of the whole context amounts to.
+  void forget();
+
+ private:
+  DisplayList list_;
+};
+
+}  // namespace zelkon
