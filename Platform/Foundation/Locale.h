@@ -42,8 +42,8 @@ struct NSDateFormatter {
 };
 
 struct NSCalendar {
-  // A date that could not be read has the last month of the year: neither a January nor the start of a quarter, half
-  // or year, so that nothing is kept or ticked for it.
+  // A date that could not be read counts as month 12: neither a January nor the start of a quarter, half or year, so
+  // that nothing is kept or ticked for it.
   static int monthOfDate(const std::optional<int>& month);
   static int monthsPerYear();
 };
