@@ -1,0 +1,143 @@
+// Views: frames in a hierarchy, an optional hosted layer, tracking areas, printing. Unflipped, points, y up.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "AppKit/NSEvent.h"
+#include "CoreGraphics/CGGeometry.h"
+#include "QuartzCore/CALayer.h"
+
+namespace zelkon {
+
+class NSScrollView;
+class NSClipView;
+class NSWindow;
+class NSView;
+
+enum NSTrackingAreaOptions : unsigned {
+  NSTrackingMouseEnteredAndExited = 0x01,
+  NSTrackingMouseMoved = 0x02,
+  NSTrackingActiveInKeyWindow = 0x20,
+  NSTrackingInVisibleRect = 0x200,
+};
+struct NSTrackingArea {
+  CGRect rect;  // ignored with NSTrackingInVisibleRect
+  unsigned options;
+  std::weak_ptr<NSView> owner;
+};
+using NSTrackingAreaRef = std::shared_ptr<NSTrackingArea>;
+
+class NSView : public Object, public std::enable_shared_from_this<NSView> {
+ public:
+  explicit NSView(CGRect frame);
+  ~NSView() override;
+  std::string className() const override { return "NSView"; }
+
+  CGRect frame() const { return frame_; }
+  virtual void setFrame(CGRect frame);  // posts the frame notification when asked to and when it really changed
+  CGRect bounds() const { return {boundsOrigin_, frame_.size}; }
+  void setBoundsOrigin(CGPoint origin);
+  // The part that no ancestor clips, in the view's coordinates; the zero rectangle when hidden or out of sight.
+  CGRect visibleRect() const;
+
+  std::shared_ptr<NSView> superview() const { return superview_.lock(); }
+  const std::vector<std::shared_ptr<NSView>>& subviews() const { return subviews_; }
+  void addSubview(const std::shared_ptr<NSView>& view);
+  void removeFromSuperview();
+  virtual void viewDidMoveToSuperview() {}
+  std::shared_ptr<NSScrollView> enclosingScrollView() const;
+  NSWindow* window() const;
+
+  // From window base coordinates (or, without a window, the topmost superview's) to the view's own.
+  CGPoint convertPointFromWindow(CGPoint p) const;
+
+  bool isHidden() const { return hidden_; }
+  void setHidden(bool hidden);
+
+  // setLayer then setWantsLayer(true): the view hosts the layer and keeps its bounds size and position in step with
+  // the view's bounds. A null layer takes it off the screen.
+  const CALayerRef& layer() const { return layer_; }
+  void setLayer(CALayerRef layer);
+  bool wantsLayer() const { return wantsLayer_; }
+  void setWantsLayer(bool wants);
+
+  void addTrackingArea(NSTrackingAreaRef area);  // retained
+  void removeTrackingArea(const NSTrackingAreaRef& area);
+  const std::vector<NSTrackingAreaRef>& trackingAreas() const { return trackingAreas_; }
+
+  void setNeedsDisplay(bool needs);
+  bool needsDisplay() const { return needsDisplay_; }
+  virtual void drawRect(CGRect dirty);  // the default draws nothing
+
+  virtual void mouseDown(const NSEvent&) {}
+  virtual void mouseEntered(const NSEvent&) {}
+  virtual void mouseMoved(const NSEvent&) {}
+  virtual void mouseExited(const NSEvent&) {}
+
+  void setPostsFrameChangedNotifications(bool posts) { postsFrame_ = posts; }
+  void setPostsBoundsChangedNotifications(bool posts) { postsBounds_ = posts; }
+
+ private:
+  friend class NSWindow;
+  void attachLayer();
+  CGRect frame_;
+  CGPoint boundsOrigin_;
+  std::weak_ptr<NSView> superview_;
+  std::vector<std::shared_ptr<NSView>> subviews_;
+  NSWindow* window_ = nullptr;  // of the root view only; not owned
+  CALayerRef layer_;
+  std::vector<NSTrackingAreaRef> trackingAreas_;
+  bool wantsLayer_ = false, hidden_ = false, needsDisplay_ = false;
+  bool postsFrame_ = true, postsBounds_ = false;
+};
+
+// Shows a part of its document view; scrolling changes its bounds origin.
+class NSClipView : public NSView {
+ public:
+  explicit NSClipView(CGRect frame);
+  std::string className() const override { return "NSClipView"; }
+  void scrollToPoint(CGPoint origin) { setBoundsOrigin(origin); }
+};
+
+class NSScrollView : public NSView {
+ public:
+  explicit NSScrollView(CGRect frame);
+  std::string className() const override { return "NSScrollView"; }
+  // Makes and adds the clip view; call once after construction.
+  void setContentView(std::shared_ptr<NSClipView> clip);
+  const std::shared_ptr<NSClipView>& contentView() const { return contentView_; }
+
+ private:
+  std::shared_ptr<NSClipView> contentView_;
+};
+
+// A window: the root of the views and the observer of every layer tree hosted in it. Delivers mouse events through
+// tracking areas. The host owns it and asks whether a new frame is due.
+class NSWindow : public CALayerTreeObserver {
+ public:
+  explicit NSWindow(CGSize contentSize);
+  ~NSWindow() override;
+  const std::shared_ptr<NSView>& contentView() const { return contentView_; }
+  void setContentSize(CGSize size);
+  bool isKeyWindow() const { return key_; }
+  void setKeyWindow(bool key) { key_ = key; }
+
+  // Finds the tracking areas under the point and sends entered, moved and exited to their owners.
+  void sendMouseMoved(CGPoint locationInWindow);
+  void sendMouseExited();  // the pointer left the window
+  // To the deepest visible view under the point.
+  void sendMouseDown(CGPoint locationInWindow);
+
+  void layerTreeDidChange() override { needsFrame_ = true; }
+  void setNeedsFrame() { needsFrame_ = true; }
+  // Whether something changed since the last call; clears the mark.
+  bool takeNeedsFrame();
+
+ private:
+  std::shared_ptr<NSView> contentView_;
+  std::vector<std::weak_ptr<NSTrackingArea>> inside_;  // areas the pointer is in
+  bool key_ = true, needsFrame_ = false;
+};
+
+}  // namespace zelkon
