@@ -115,6 +115,7 @@ class CGContext {
   void endGroup();
 
   // Replays a recording in the present user space; shadows in it follow the CTM in force now. Inside a save/restore.
+  // The alpha, blend mode and shadow in force do not apply: a caller that wants them opens a group.
   void drawDisplayList(const DisplayList& list);
 
   // Whether pixels are final here (screen, bitmap) or a picture is replayed as drawing (PDF, SVG, recordings).
@@ -122,10 +123,18 @@ class CGContext {
   virtual void flush() {}
 
  protected:
-  // The context as made: `base` maps the first user space to itself; backends keep their own device transform.
+  // The first user space is the space of the context as made; backends keep their own device transform.
   CGContext() = default;
+  CGContext(const CGContext&) = delete;
+  CGContext& operator=(const CGContext&) = delete;
+
+  // Whether anything confines drawing: a clip, or a group that has not ended.
+  bool isClippedOrGrouped() const;
+  // The CTM at each save that has not been restored yet, outermost first.
+  std::vector<CGAffineTransform> savedTransforms() const;
 
   // ---- what a backend paints; geometry in the user space in force (the backend tracks save, restore and concat) ----
+  // Coordinates and widths are finite, paths have more than moves in them (a clip path may be empty: nothing is left).
   virtual void doSave() = 0;
   virtual void doRestore() = 0;
   virtual void doConcat(const CGAffineTransform& t) = 0;
@@ -137,29 +146,51 @@ class CGContext {
   virtual void doImage(const CGImageRef& image, CGRect rect, double alpha, CGBlendMode blend) = 0;
   virtual void doText(const CGTextRun& run, const RGBA& color, CGBlendMode blend) = 0;
   virtual void doClear(CGRect rect) = 0;
-  // The shadow's offset and sigma arrive in the space of the context as made (points, y up).
+  // The shadow's offset and sigma arrive in the space of the context as made (points, y up). Saves and restores inside
+  // a group are balanced, and whatever changes the CTM or clip there stands between a save and its restore. Bounds are
+  // finite; without a known extent they reach a million points in each direction.
   virtual void doBeginGroup(const CGGroupEffects& effects, CGRect bounds) = 0;
   virtual void doEndGroup() = 0;
 
  private:
   friend class DisplayList;
+  static constexpr CGRect unboundedRect{{-1e6, -1e6}, {2e6, 2e6}};
   struct State {
     CGAffineTransform ctm;
     RGBA fill, stroke;
     double lineWidth = 1, alpha = 1;
     CGBlendMode blend = CGBlendMode::normal;
-    std::optional<CGShadow> shadow;
+    std::optional<CGShadow> shadow;  // in base space
+    bool clipped = false;
+    CGRect clipBounds = unboundedRect;  // in the space of the context as made
+  };
+  struct Saved {
+    State state;
+    bool group;  // saved by the beginning of a group
   };
   RGBA withAlpha(RGBA color) const;
   CGShadow shadowInContextSpace(const CGShadow& shadow) const;
-  // Runs `paint` inside a shadow-casting group when a shadow is set.
+  // The user-space extent of the clip, for groups that know nothing narrower.
+  CGRect clipBounds() const;
+  // Runs `paint(blend)` inside a shadow-casting group when a shadow is set.
   template <typename Paint>
   void paintWithShadow(CGRect bounds, Paint paint);
-  void clipWith(bool evenOdd);
+  // Expresses the path in the present user space; false when that cannot be done.
+  bool bringPathHere();
+  CGPath takePath();
+  void clipToPath(const CGPath& path, bool evenOdd);
+  void fill(const CGPath& path, bool evenOdd);
+  void stroke(const CGPath& path);
+  void drawGradient(const CGGradientRef& gradient, const CGGradientPlacement& placement);
+  // A group without the save of its own that beginGroup adds.
+  void enterGroup(const CGGroupEffects& effects, CGRect bounds);
+  void leaveGroup();
 
   State state_;
-  std::vector<State> stack_;
-  CGPath path_;             // in the space of the context as made
+  std::vector<Saved> stack_;
+  // The path in the user space of pathCTM_. While the CTM stays as it is, no coordinate is ever converted.
+  CGPath path_;
+  CGAffineTransform pathCTM_;
   CGAffineTransform base_;  // base space to the space of the context as made
 };
 

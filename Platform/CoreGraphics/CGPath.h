@@ -32,10 +32,13 @@ class CGPath {
   // Rectangle with rounded corners; the radius is limited to half the shorter side.
   void addRoundedRect(CGRect rect, double radius);
   void close();
+  void append(const CGPath& path);
 
   bool isEmpty() const { return elements_.empty(); }
   std::optional<CGPoint> currentPoint() const { return current_; }
   const std::vector<CGPathElement>& elements() const { return elements_; }
+  // Whether there is anything but moves and every coordinate is finite; nothing else may reach a backend.
+  bool isPaintable() const;
   CGRect boundingBox() const;  // of all points, control points included; CGRectNull when empty
   CGPath transformed(const CGAffineTransform& t) const;
   friend bool operator==(const CGPath& a, const CGPath& b) { return a.elements_ == b.elements_; }

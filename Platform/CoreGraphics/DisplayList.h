@@ -2,6 +2,7 @@
 // what drawing tests compare.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <variant>
 #include <vector>
@@ -70,6 +71,7 @@ class DisplayList {
 
  private:
   friend class RecordingContext;
+  struct Player;
   std::vector<Command> commands_;
 };
 
@@ -94,7 +96,8 @@ class RecordingContext : public CGContext {
   void doClear(CGRect rect) override;
   void doBeginGroup(const CGGroupEffects& effects, CGRect bounds) override;
   void doEndGroup() override;
-  // Drops everything recorded so far: what a clear of the whole context amounts to.
+  // Drops everything recorded so far: what a clear of the whole context amounts to. Precondition: neither a clip nor a
+  // group is in force.
   void forget();
 
  private:

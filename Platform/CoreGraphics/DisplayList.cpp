@@ -1,0 +1,128 @@
+#include "CoreGraphics/DisplayList.h"
+
+namespace zelkon {
+
+namespace {
+
+// Beyond this many path elements and glyph bytes a picture is cheaper than drawing again.
+constexpr size_t cheapWork = 256;
+
+struct ReplayCost {
+  size_t work = 0;
+  bool plain = true;
+
+  void operator()(const DisplayList::Save&) {}
+  void operator()(const DisplayList::Restore&) {}
+  void operator()(const DisplayList::Concat&) {}
+  void operator()(const DisplayList::Fill& fill) { add(fill.path.elements().size(), fill.blend); }
+  void operator()(const DisplayList::Stroke& stroke) { add(stroke.path.elements().size(), stroke.blend); }
+  void operator()(const DisplayList::Text& text) { add(text.run.text.size(), text.blend); }
+  template <typename Other>
+  void operator()(const Other&) {
+    plain = false;
+  }
+  void add(size_t amount, CGBlendMode blend) {
+    work += 1 + amount;
+    plain = plain && blend == CGBlendMode::normal;
+  }
+};
+
+}  // namespace
+
+bool DisplayList::isCheapToReplay() const {
+  ReplayCost cost;
+  for (const Command& command : commands_) {
+    std::visit(cost, command);
+    if (!cost.plain || cost.work > cheapWork) return false;
+  }
+  return true;
+}
+
+// Calls the context's core for one command, keeping the context's own state in step.
+struct DisplayList::Player {
+  CGContext& context;
+  size_t depth = context.stack_.size();
+
+  void operator()(const Save&) { context.saveGState(); }
+  void operator()(const Restore&) {
+    if (context.stack_.size() > depth) context.restoreGState();
+  }
+  void operator()(const Concat& c) { context.concatCTM(c.transform); }
+  void operator()(const Clip& c) { context.clipToPath(c.path, c.evenOdd); }
+  void operator()(const Fill& c) { context.doFill(c.path, c.evenOdd, c.color, c.blend); }
+  void operator()(const Stroke& c) { context.doStroke(c.path, c.style, c.color, c.blend); }
+  void operator()(const Gradient& c) { context.doGradient(c.gradient, c.placement, c.alpha, c.blend); }
+  void operator()(const Image& c) { context.doImage(c.image, c.rect, c.alpha, c.blend); }
+  void operator()(const Text& c) { context.doText(c.run, c.color, c.blend); }
+  void operator()(const Clear& c) { context.doClear(c.rect); }
+  void operator()(const BeginGroup& c) { context.enterGroup(c.effects, c.bounds); }
+  void operator()(const EndGroup&) {
+    if (context.stack_.size() > depth) context.leaveGroup();
+  }
+  // Ends whatever the recording left open.
+  void finish() {
+    while (context.stack_.size() > depth) {
+      if (context.stack_.back().group)
+        context.leaveGroup();
+      else
+        context.restoreGState();
+    }
+  }
+};
+
+void DisplayList::replay(CGContext& context) const {
+  Player player{context};
+  for (const Command& command : commands_) std::visit(player, command);
+  player.finish();
+}
+
+std::shared_ptr<const DisplayList> RecordingContext::snapshot() const {
+  return std::make_shared<const DisplayList>(list_);
+}
+
+void RecordingContext::doSave() { list_.commands_.emplace_back(DisplayList::Save{}); }
+void RecordingContext::doRestore() { list_.commands_.emplace_back(DisplayList::Restore{}); }
+void RecordingContext::doConcat(const CGAffineTransform& t) { list_.commands_.emplace_back(DisplayList::Concat{t}); }
+void RecordingContext::doClip(const CGPath& path, bool evenOdd) {
+  list_.commands_.emplace_back(DisplayList::Clip{path, evenOdd});
+}
+void RecordingContext::doFill(const CGPath& path, bool evenOdd, const RGBA& color, CGBlendMode blend) {
+  list_.commands_.emplace_back(DisplayList::Fill{path, evenOdd, color, blend});
+}
+void RecordingContext::doStroke(const CGPath& path, const CGStrokeStyle& style, const RGBA& color, CGBlendMode blend) {
+  list_.commands_.emplace_back(DisplayList::Stroke{path, style, color, blend});
+}
+void RecordingContext::doGradient(const CGGradientRef& gradient, const CGGradientPlacement& placement, double alpha,
+                                  CGBlendMode blend) {
+  list_.commands_.emplace_back(DisplayList::Gradient{gradient, placement, alpha, blend});
+}
+void RecordingContext::doImage(const CGImageRef& image, CGRect rect, double alpha, CGBlendMode blend) {
+  list_.commands_.emplace_back(DisplayList::Image{image, rect, alpha, blend});
+}
+void RecordingContext::doText(const CGTextRun& run, const RGBA& color, CGBlendMode blend) {
+  list_.commands_.emplace_back(DisplayList::Text{run, color, blend});
+}
+void RecordingContext::doClear(CGRect rect) { list_.commands_.emplace_back(DisplayList::Clear{rect}); }
+void RecordingContext::doBeginGroup(const CGGroupEffects& effects, CGRect bounds) {
+  list_.commands_.emplace_back(DisplayList::BeginGroup{effects, bounds});
+}
+void RecordingContext::doEndGroup() { list_.commands_.emplace_back(DisplayList::EndGroup{}); }
+
+void RecordingContext::forget() {
+  list_.commands_.clear();
+  // The saves and transforms still in force have to be in the recording for what follows.
+  CGAffineTransform inForce = CGAffineTransformIdentity;
+  const std::vector<CGAffineTransform> saved = savedTransforms();
+  const auto concatTo = [&](const CGAffineTransform& t) {
+    if (t == inForce) return;
+    doConcat(CGAffineTransformConcat(t, CGAffineTransformInvert(inForce)));
+    inForce = t;
+  };
+  for (const CGAffineTransform& t : saved) {
+    concatTo(t);
+    doSave();
+  }
+  concatTo(ctm());
+}
+
+}  // namespace zelkon
