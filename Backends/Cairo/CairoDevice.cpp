@@ -1,0 +1,50 @@
+#include "Backends/Cairo/CairoDevice.h"
+
+#include <cassert>
+
+#include "Backends/Cairo/CairoContext.h"
+#include "Backends/Cairo/CairoSurface.h"
+
+namespace zelkon {
+
+namespace {
+
+const CairoSurface* ownSurface(const Surface* surface) {
+  const auto* own = dynamic_cast<const CairoSurface*>(surface);
+  assert(own && "a surface of another backend");
+  return own;
+}
+
+}  // namespace
+
+CairoDevice::CairoDevice(double scale) : scale_(scale), text_(std::make_shared<CairoText>()) {}
+CairoDevice::~CairoDevice() = default;
+
+std::shared_ptr<Surface> CairoDevice::makeSurface(int pixelWidth, int pixelHeight) {
+  return CairoSurface::create(pixelWidth, pixelHeight);
+}
+
+std::unique_ptr<CGContext> CairoDevice::contextForSurface(const std::shared_ptr<Surface>& surface, double scale) {
+  const CairoSurface* own = ownSurface(surface.get());
+  if (!own) return nullptr;
+  return std::make_unique<CairoContext>(own->handle(), own->pixelHeight(), scale, CairoContext::Target::pixels, text_,
+                                        surface);
+}
+
+std::shared_ptr<Surface> CairoDevice::decodePNG(const uint8_t* bytes, size_t count) {
+  return CairoSurface::decodePNG(bytes, count);
+}
+
+std::vector<uint8_t> CairoDevice::readPixels(const Surface& surface) {
+  const CairoSurface* own = ownSurface(&surface);
+  return own ? own->readPixels() : std::vector<uint8_t>{};
+}
+
+double CairoDevice::advanceOfText(const FontFace& face, std::string_view text) { return text_->advanceOf(face, text); }
+
+std::string CairoDevice::encodePNG(const Surface& surface) {
+  const CairoSurface* own = ownSurface(&surface);
+  return own ? own->encodePNG() : std::string{};
+}
+
+}  // namespace zelkon

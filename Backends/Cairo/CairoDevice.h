@@ -1,0 +1,37 @@
+// The native drawing device.
+#pragma once
+
+#include <memory>
+
+#include "CoreGraphics/GraphicsDevice.h"
+
+namespace zelkon {
+
+class CairoText;
+
+class CairoDevice : public GraphicsDevice {
+ public:
+  // `scale`: pixels per point of the screen and of new bitmaps.
+  explicit CairoDevice(double scale = 1);
+  ~CairoDevice() override;
+
+  double screenScale() const override { return scale_; }
+  void setScreenScale(double scale) { scale_ = scale; }
+  // Null above 32767 pixels a side or 1 GiB.
+  std::shared_ptr<Surface> makeSurface(int pixelWidth, int pixelHeight) override;
+  std::unique_ptr<CGContext> contextForSurface(const std::shared_ptr<Surface>& surface, double scale) override;
+  std::shared_ptr<Surface> decodePNG(const uint8_t* bytes, size_t count) override;
+  std::vector<uint8_t> readPixels(const Surface& surface) override;
+  double advanceOfText(const FontFace& face, std::string_view text) override;
+
+  // The bytes of a PNG file of a surface of this device; empty when memory is short.
+  std::string encodePNG(const Surface& surface);
+  // The shaper that documents of this device draw their text with.
+  const std::shared_ptr<CairoText>& text() const { return text_; }
+
+ private:
+  double scale_;
+  std::shared_ptr<CairoText> text_;
+};
+
+}  // namespace zelkon

@@ -1,0 +1,19 @@
+// Owners of Cairo's counted objects. Only for the backend's own sources: nothing outside it sees Cairo's headers.
+#pragma once
+
+#include <cairo.h>
+
+#include <memory>
+
+namespace zelkon {
+
+struct CairoDeleter {
+  void operator()(cairo_t* cr) const { cairo_destroy(cr); }
+  void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
+  void operator()(cairo_pattern_t* pattern) const { cairo_pattern_destroy(pattern); }
+};
+using CairoHandle = std::unique_ptr<cairo_t, CairoDeleter>;
+using CairoSurfaceHandle = std::unique_ptr<cairo_surface_t, CairoDeleter>;
+using CairoPatternHandle = std::unique_ptr<cairo_pattern_t, CairoDeleter>;
+
+}  // namespace zelkon

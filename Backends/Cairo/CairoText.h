@@ -1,0 +1,53 @@
+// Shaping, measuring and drawing of single runs of text with Pango. Faces that are not installed are replaced by a
+// relative, drawn with a horizontal factor that gives it the mean width of the face asked for.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "CoreGraphics/CGContext.h"
+
+typedef struct _cairo cairo_t;
+typedef struct _PangoLayout PangoLayout;
+
+namespace zelkon {
+
+class CairoText {
+ public:
+  // What is installed in place of a face.
+  struct Substitute {
+    std::string family;
+    bool bold = false;
+    double widthFactor = 1;  // on advances and glyphs
+  };
+
+  CairoText();
+  ~CairoText();
+  CairoText(const CairoText&) = delete;
+  CairoText& operator=(const CairoText&) = delete;
+
+  const Substitute& substituteFor(const FontFace& face);
+  // Sum of advances at 1 point per em.
+  double advanceOf(const FontFace& face, std::string_view text);
+  // The run in the source and operator set, baseline origin in the user space of `cr`, y up. `asOutlines` fills the
+  // glyphs' outlines at their exact places; otherwise glyphs are shown as text, which documents keep as text.
+  void draw(cairo_t* cr, const CGTextRun& run, bool asOutlines);
+  // Whether the text as a whole reads from right to left.
+  bool readsFromRight(const FontFace& face, std::string_view text);
+  // The text with everything that is not well-formed UTF-8 replaced.
+  static std::string wellFormed(std::string_view text);
+
+ private:
+  struct Pango;
+  // A layout of one line of the text in the face's substitute; owned by this object and valid until the next call.
+  PangoLayout* layoutOf(const FontFace& face, std::string_view text, double size);
+
+  std::unique_ptr<Pango> pango_;
+  std::unordered_map<std::string, Substitute> substitutes_;
+  std::unordered_map<std::string, double> advances_;
+};
+
+}  // namespace zelkon
