@@ -1,6 +1,6 @@
 import assert from 'node:assert/strict';
 import { execFileSync, spawnSync } from 'node:child_process';
-import { mkdtempSync, mkdirSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
+import { existsSync, mkdtempSync, mkdirSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
 import { request } from 'node:http';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
@@ -56,6 +56,57 @@ test('the two commands refuse what they do not know and explain themselves', () 
   for (const command of ['run', 'test']) {
     assert.match(execFileSync(join(root, command), ['--help'], { encoding: 'utf8' }), /^Usage: /);
   }
+});
+
+// Sources the setup with the given commands in front of the real ones and runs a line of shell after it.
+function runSetup(context, commands, line) {
+  const folder = temporary(context);
+  for (const [name, text] of Object.entries(commands)) {
+    writeFileSync(join(folder, name), `#!/bin/sh\n${text}\n`, { mode: 0o755 });
+  }
+  const environment = { ...process.env, PATH: `${folder}:${process.env.PATH}`, FOLDER: folder };
+  const script = `. Tools/setup.sh; ${line}`;
+  const result = spawnSync('bash', ['-c', script], { cwd: root, env: environment, encoding: 'utf8' });
+  return { ...result, folder };
+}
+
+test('missing packages without a way to install them are named in one line', (context) => {
+  const { status, stderr, stdout } = runSetup(
+    context,
+    { 'dpkg-query': 'case "$*" in *libicu-dev) ;; *) echo installed ;; esac', id: 'echo 1000', sudo: 'exit 1' },
+    'setup_packages',
+  );
+  assert.equal(status, 1);
+  assert.equal(stdout, '');
+  assert.equal(
+    stderr,
+    'Missing packages: libicu-dev. Install them as root: apt-get install --no-install-recommends libicu-dev\n',
+  );
+});
+
+test('nothing is installed where nothing is missing, and node may come from anywhere', (context) => {
+  const { status, stdout, folder } = runSetup(
+    context,
+    {
+      'dpkg-query': 'case "$*" in *nodejs | *npm) ;; *) echo installed ;; esac',
+      'apt-get': 'touch "$FOLDER/called"',
+      node: '',
+      npm: '',
+    },
+    'setup_packages',
+  );
+  assert.equal(status, 0);
+  assert.equal(stdout, '');
+  assert.ok(!existsSync(join(folder, 'called')));
+});
+
+test('a failing stage shows its output and ends the command', (context) => {
+  const { status, stdout, stderr } = runSetup(context, {}, 'stage "rules: a stage" sh -c "echo broken; exit 7"; echo on');
+  rmSync(join(root, 'build/log/rules-a-stage.txt'), { force: true });
+  assert.equal(status, 7);
+  assert.match(stdout, /FAILED/);
+  assert.doesNotMatch(stdout, /^on$/m);
+  assert.match(stderr, /broken/);
 });
 
 test('the lock file names no registry', () => {
