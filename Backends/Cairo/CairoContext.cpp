@@ -47,6 +47,7 @@ struct CairoContext::Group {
   CairoSurfaceHandle surface;  // aligned with the target's pixels by its device offset
   CairoHandle cr;
   CGGroupEffects effects;
+  CGRect bounds;          // in the user space of the time of begin
   double brightness = 1;  // document: the factors of this and all enclosing groups
   int saves = 0;
   bool isUntouched = true;
@@ -263,6 +264,7 @@ void CairoContext::doBeginGroup(const CGGroupEffects& effects, CGRect bounds) {
   const double width = std::max(1.0, std::ceil(extent.x2) - x), height = std::max(1.0, std::ceil(extent.y2) - y);
   auto group = std::make_unique<Group>();
   group->effects = effects;
+  group->bounds = bounds;
   if (target_ == Target::document) {
     const cairo_rectangle_t area{x, y, width, height};
     group->surface.reset(cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, &area));
@@ -309,6 +311,11 @@ void CairoContext::doEndGroup() {
   const CGGroupEffects& effects = group->effects;
   if (target_ == Target::pixels && effects.brightness != 1) brightenPixels(group->surface.get(), effects.brightness);
   cairo_save(cr);
+  if (effects.blend == CGBlendMode::copy) {
+    // Copying the nothing around the group would wipe out all that the clip lets through.
+    setCairoPath(cr, pathOfRect(group->bounds));
+    cairo_clip(cr);
+  }
   cairo_identity_matrix(cr);
   if (effects.shadow) {
     cairo_save(cr);

@@ -1,4 +1,4 @@
-#include "CairoFixture.h"
+#include "Cairo/CairoFixture.h"
 
 namespace zelkon {
 namespace {
