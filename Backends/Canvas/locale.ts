@@ -1,0 +1,93 @@
+// The user's locale as the page's engine knows it: number and currency texts, month names, the calendar. The host puts
+// a LocaleRuntime on the module as `Module.locale`.
+
+// A well-formed code that no country uses: it is shown as itself, placed and spaced as currencies are.
+const placeholderCode = 'QQQ';
+const mostFormatters = 64;
+
+interface RoundingOptions {
+  roundingMode?: string;
+}
+
+// Engines without rounding modes round halves away from zero.
+function halfEven(value: number, digits: number): number {
+  const shifted = value * 10 ** digits;
+  return Math.abs(shifted % 1) === 0.5 ? (2 * Math.round(shifted / 2)) / 10 ** digits : value;
+}
+
+export class LocaleRuntime {
+  private readonly tag: string | undefined;
+  private readonly formatters = new Map<string, Intl.NumberFormat>();
+  private readonly decoder = new TextDecoder();
+  private readonly encoder = new TextEncoder();
+  private months: Map<string, number> | undefined;
+
+  // A language tag such as `de-DE` or `de_DE`; the page's own language when there is none or the engine rejects it.
+  constructor(locale?: string) {
+    const tag = locale?.replace(/_/g, '-');
+    try {
+      this.tag = tag && Intl.getCanonicalLocales(tag)[0];
+    } catch {
+      this.tag = undefined;
+    }
+  }
+
+  // UTF-8. Without a code in decimal style; at most so many decimals, halves to even.
+  formatNumber(value: number, code: Uint8Array | null, digits: number): Uint8Array {
+    return this.encoder.encode(this.format(value, code && this.decoder.decode(code), digits));
+  }
+
+  // 1..., 0 for a text that is no month's name.
+  monthNamed(text: Uint8Array): number {
+    this.months ??= this.namesOfMonths();
+    return this.months.get(this.decoder.decode(text).toLowerCase()) ?? 0;
+  }
+
+  // Of the longest year.
+  monthsPerYear(): number {
+    const { calendar } = new Intl.DateTimeFormat(this.tag).resolvedOptions();
+    return /^(hebrew|coptic|ethiop)/.test(calendar) ? 13 : 12;
+  }
+
+  private format(value: number, code: string | null, digits: number): string {
+    if (value === 0) value = 0; // drops the sign of a negative zero
+    const wellFormed = code === null || /^[a-z]{3}$/i.test(code);
+    const formatter = this.formatter(wellFormed ? code : placeholderCode, Math.min(Math.max(digits, 0), 20));
+    if ((formatter.resolvedOptions() as RoundingOptions).roundingMode !== 'halfEven') value = halfEven(value, digits);
+    if (wellFormed) return formatter.format(value);
+    const parts = formatter.formatToParts(value);
+    return parts.map((part) => (part.type === 'currency' ? code : part.value)).join('');
+  }
+
+  private formatter(code: string | null, digits: number): Intl.NumberFormat {
+    const key = `${digits}${code ?? ''}`;
+    let formatter = this.formatters.get(key);
+    if (!formatter) {
+      if (this.formatters.size >= mostFormatters) this.formatters.clear();
+      const options: Intl.NumberFormatOptions & RoundingOptions = { minimumFractionDigits: 0, maximumFractionDigits: digits, roundingMode: 'halfEven' };
+      if (code !== null) Object.assign(options, { style: 'currency', currency: code });
+      formatter = new Intl.NumberFormat(this.tag, options as Intl.NumberFormatOptions);
+      this.formatters.set(key, formatter);
+    }
+    return formatter;
+  }
+
+  // The full and abbreviated names, both as they stand alone and as they stand in a date.
+  private namesOfMonths(): Map<string, number> {
+    const format = (options: Intl.DateTimeFormatOptions, locale = this.tag) => new Intl.DateTimeFormat(locale, { ...options, timeZone: 'UTC' });
+    const { calendar } = format({}).resolvedOptions();
+    const counting = new Intl.DateTimeFormat('en', { month: 'numeric', calendar, timeZone: 'UTC' });
+    const naming = (['long', 'short'] as const).flatMap((month) => [format({ month }), format({ month, day: 'numeric' })]);
+    const names = new Map<string, number>();
+    // Two years in small steps meet every month of any calendar.
+    for (let day = 0; day < 730; day += 10) {
+      const date = new Date(Date.UTC(2000, 0, 1 + day));
+      const number = parseInt(counting.format(date), 10);
+      for (const formatter of naming) {
+        const name = formatter.formatToParts(date).find((part) => part.type === 'month');
+        if (name && number > 0 && !names.has(name.value.toLowerCase())) names.set(name.value.toLowerCase(), number);
+      }
+    }
+    return names;
+  }
+}
