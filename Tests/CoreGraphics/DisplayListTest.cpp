@@ -1,0 +1,142 @@
+#include <gtest/gtest.h>
+
+#include "CoreGraphics/CommandNames.h"
+#include "CoreGraphics/DisplayList.h"
+
+namespace zelkon {
+namespace {
+
+using List = DisplayList;
+
+TEST(DisplayList, SnapshotIsNotAlteredByLaterDrawing) {
+  RecordingContext context;
+  context.fillRect(CGRectMake(0, 0, 1, 1));
+  const auto snapshot = context.snapshot();
+  context.fillRect(CGRectMake(0, 0, 2, 2));
+  EXPECT_EQ(snapshot->commands().size(), 1U);
+  EXPECT_EQ(context.snapshot()->commands().size(), 2U);
+}
+
+TEST(DisplayList, ReplayRepeatsEveryKindOfCommand) {
+  RecordingContext source;
+  const auto gradient = std::make_shared<CGGradient>(std::vector<RGBA>{{0, 0, 0, 1}, {1, 1, 1, 1}});
+  source.saveGState();
+  source.translateCTM(1, 2);
+  source.clipToRect(CGRectMake(0, 0, 10, 10));
+  source.fillRect(CGRectMake(0, 0, 5, 5));
+  source.moveToPoint(0, 0);
+  source.addLineToPoint(1, 1);
+  source.strokePath();
+  source.drawLinearGradient(gradient, {0, 0}, {1, 1}, 0);
+  source.drawImage(CGRectMake(0, 0, 1, 1), std::make_shared<CGImage>(std::make_shared<DisplayList>(), 1, 1));
+  source.showTextRun({FontFaceHelvetica(), 9, "a", {0, 0}});
+  source.clearRect(CGRectMake(0, 0, 1, 1));
+  source.restoreGState();
+  source.beginTransparencyLayer();
+  source.fillRect(CGRectMake(0, 0, 5, 5));
+  source.endTransparencyLayer();
+  const std::string names = commandNames(source);
+  EXPECT_EQ(names, "save concat clip fill stroke gradient image text clear restore begin save fill restore end");
+  RecordingContext target;
+  target.drawDisplayList(*source.snapshot());
+  EXPECT_EQ(commandNames(target), "save " + names + " restore");
+}
+
+TEST(DisplayList, ReplayLeavesNoStateBehind) {
+  RecordingContext source;
+  source.saveGState();
+  source.translateCTM(5, 5);
+  source.beginTransparencyLayer();
+  source.clipToRect(CGRectMake(0, 0, 1, 1));
+  RecordingContext target;
+  target.setFillColor({1, 0, 0, 1});
+  target.drawDisplayList(*source.snapshot());
+  EXPECT_EQ(commandNames(target), "save save concat begin save clip restore end restore restore");
+  EXPECT_EQ(target.ctm(), CGAffineTransformIdentity);
+  EXPECT_EQ(target.fillColor(), (RGBA{1, 0, 0, 1}));
+}
+
+TEST(DisplayList, ReplayRestoresNoMoreThanItSaved) {
+  RecordingContext source;
+  source.fillRect(CGRectMake(0, 0, 1, 1));
+  RecordingContext target;
+  target.saveGState();
+  target.translateCTM(7, 0);
+  source.snapshot()->replay(target);
+  EXPECT_EQ(target.ctm(), CGAffineTransformMakeTranslation(7, 0));
+}
+
+TEST(DisplayList, ShadowsOfTheRecordingFollowTheTransformInForce) {
+  RecordingContext source;
+  source.scaleCTM(100, 100);  // does not touch the shadow
+  source.setShadow({3, 4}, 2);
+  source.fillRect(CGRectMake(0, 0, 1, 1));
+  RecordingContext target;
+  target.translateCTM(50, 50);
+  target.scaleCTM(2, -8);
+  target.drawDisplayList(*source.snapshot());
+  const auto list = target.snapshot();
+  const auto& shadow = *commandAt<List::BeginGroup>(*list, 4).effects.shadow;
+  EXPECT_EQ(shadow.offset, CGSizeMake(6, -32));
+  EXPECT_EQ(shadow.sigma, 4);  // 1 * sqrt(2 * 8)
+}
+
+TEST(DisplayList, RecordingsInsideRecordingsMapTheirShadowsOnce) {
+  RecordingContext inner;
+  inner.setShadow({1, 1}, 2);
+  inner.fillRect(CGRectMake(0, 0, 1, 1));
+  RecordingContext middle;
+  middle.scaleCTM(2, 2);
+  middle.drawDisplayList(*inner.snapshot());
+  RecordingContext outer;
+  outer.scaleCTM(3, 3);
+  outer.drawDisplayList(*middle.snapshot());
+  const auto list = outer.snapshot();
+  for (const List::Command& command : list->commands())
+    if (const auto* group = std::get_if<List::BeginGroup>(&command)) {
+      EXPECT_EQ(group->effects.shadow->offset, CGSizeMake(6, 6));
+      EXPECT_EQ(group->effects.shadow->sigma, 6);
+    }
+  // The target's own shadows are in its own space again.
+  outer.setShadow({1, 1}, 2);
+  outer.fillRect(CGRectMake(0, 0, 1, 1));
+  const auto after = outer.snapshot();
+  const size_t count = after->commands().size();
+  EXPECT_EQ(commandAt<List::BeginGroup>(*after, count - 3).effects.shadow->sigma, 1);
+}
+
+TEST(DisplayList, ShadowAlphaAndBlendOfTheTargetDoNotApply) {
+  RecordingContext source;
+  source.fillRect(CGRectMake(0, 0, 1, 1));
+  RecordingContext target;
+  target.setAlpha(0.5);
+  target.setShadow({1, 1}, 2);
+  target.drawDisplayList(*source.snapshot());
+  EXPECT_EQ(commandNames(target), "save fill restore");
+  EXPECT_EQ(commandAt<List::Fill>(*target.snapshot(), 1).color.alpha, 1);
+}
+
+TEST(DisplayList, FewPlainCommandsAreCheap) {
+  RecordingContext context;
+  EXPECT_TRUE(context.snapshot()->isCheapToReplay());
+  context.fillRect(CGRectMake(0, 0, 1, 1));
+  context.showTextRun({FontFaceHelvetica(), 9, "a", {0, 0}});
+  EXPECT_TRUE(context.snapshot()->isCheapToReplay());
+  for (int i = 0; i < 1000; ++i) context.fillRect(CGRectMake(0, 0, 1, 1));
+  EXPECT_FALSE(context.snapshot()->isCheapToReplay());
+}
+
+TEST(DisplayList, GroupsBlendsAndGradientsAreNotCheap) {
+  RecordingContext layered, blended, clipped;
+  layered.beginTransparencyLayer();
+  layered.endTransparencyLayer();
+  EXPECT_FALSE(layered.snapshot()->isCheapToReplay());
+  blended.setBlendMode(CGBlendMode::overlay);
+  blended.fillRect(CGRectMake(0, 0, 1, 1));
+  EXPECT_FALSE(blended.snapshot()->isCheapToReplay());
+  clipped.clipToRect(CGRectMake(0, 0, 1, 1));
+  EXPECT_FALSE(clipped.snapshot()->isCheapToReplay());
+}
+
+}  // namespace
+}  // namespace zelkon
