@@ -189,7 +189,8 @@ void CGContext::paintWithShadow(CGRect bounds, Paint paint) {
   CGGroupEffects effects;
   effects.blend = state_.blend;
   effects.shadow = shadowInContextSpace(*state_.shadow);
-  doBeginGroup(effects, bounds);
+  // The box of finite coordinates may still be too large for a number.
+  doBeginGroup(effects, isFinite(bounds) ? bounds : clipBounds());
   paint(CGBlendMode::normal);
   doEndGroup();
 }
@@ -267,7 +268,7 @@ void CGContext::enterGroup(const CGGroupEffects& effects, CGRect bounds) {
   state_.alpha = 1;
   state_.blend = CGBlendMode::normal;
   state_.shadow.reset();
-  doBeginGroup(placed, isFinite(bounds) ? bounds : CGRectZero);
+  doBeginGroup(placed, isFinite(bounds) ? bounds : clipBounds());
 }
 
 void CGContext::leaveGroup() {

@@ -253,6 +253,22 @@ TEST_F(Context, StrokeShadowBoundsReachTheMiterTips) {
   EXPECT_EQ(commandAt<List::BeginGroup>(*drawn(), 0).bounds, CGRectMake(-10, -10, 30, 20));
 }
 
+TEST_F(Context, GroupBoundsStayFinite) {
+  context.setShadow({0, 0}, 0);
+  context.moveToPoint(-1.7e308, 0);
+  context.addLineToPoint(1.7e308, 0);
+  context.addLineToPoint(0, 1);
+  context.fillPath();
+  context.beginGroup({}, CGRectNull);
+  context.endGroup();
+  const auto list = drawn();
+  EXPECT_EQ(commandNames(*list), "begin fill end begin save restore end");
+  for (const size_t index : {0, 3}) {
+    const CGRect bounds = commandAt<List::BeginGroup>(*list, index).bounds;
+    EXPECT_EQ(bounds, CGRectMake(-1e6, -1e6, 2e6, 2e6));
+  }
+}
+
 TEST_F(Context, TransparencyLayerTakesTheStateAndResetsItInside) {
   context.setAlpha(0.5);
   context.setBlendMode(CGBlendMode::overlay);
