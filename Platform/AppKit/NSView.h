@@ -1,10 +1,14 @@
 // Views: frames in a hierarchy, an optional hosted layer, tracking areas, printing. Unflipped, points, y up.
+//
+// Views are made by std::make_shared. The host composes the layers of those that are neither hidden themselves nor by
+// an ancestor.
 #pragma once
 
 #include <memory>
 #include <vector>
 
 #include "AppKit/NSEvent.h"
+#include "AppKit/NSTrackingArea.h"
 #include "CoreGraphics/CGGeometry.h"
 #include "QuartzCore/CALayer.h"
 
@@ -13,20 +17,6 @@ namespace zelkon {
 class NSScrollView;
 class NSClipView;
 class NSWindow;
-class NSView;
-
-enum NSTrackingAreaOptions : unsigned {
-  NSTrackingMouseEnteredAndExited = 0x01,
-  NSTrackingMouseMoved = 0x02,
-  NSTrackingActiveInKeyWindow = 0x20,
-  NSTrackingInVisibleRect = 0x200,
-};
-struct NSTrackingArea {
-  CGRect rect;  // ignored with NSTrackingInVisibleRect
-  unsigned options;
-  std::weak_ptr<NSView> owner;
-};
-using NSTrackingAreaRef = std::shared_ptr<NSTrackingArea>;
 
 class NSView : public Object, public std::enable_shared_from_this<NSView> {
  public:
@@ -51,9 +41,12 @@ class NSView : public Object, public std::enable_shared_from_this<NSView> {
 
   // From window base coordinates (or, without a window, the topmost superview's) to the view's own.
   CGPoint convertPointFromWindow(CGPoint p) const;
+  // And back, to window base coordinates (or the topmost superview's).
+  CGPoint convertPointToWindow(CGPoint p) const;
 
   bool isHidden() const { return hidden_; }
   void setHidden(bool hidden);
+  bool isHiddenOrHasHiddenAncestor() const;
 
   // setLayer then setWantsLayer(true): the view hosts the layer and keeps its bounds size and position in step with
   // the view's bounds. A null layer takes it off the screen.
@@ -80,7 +73,13 @@ class NSView : public Object, public std::enable_shared_from_this<NSView> {
 
  private:
   friend class NSWindow;
+  // Tells the layers of the subtree whether they are on a screen.
   void attachLayer();
+  void attachLayersOfSubtree();
+  void fitLayer();
+  // Forgets the superview and takes the view out of its list, without the notice.
+  void detachFromSuperview();
+  void windowNeedsFrame() const;
   CGRect frame_;
   CGPoint boundsOrigin_;
   std::weak_ptr<NSView> superview_;
@@ -95,7 +94,7 @@ class NSView : public Object, public std::enable_shared_from_this<NSView> {
 // Shows a part of its document view; scrolling changes its bounds origin.
 class NSClipView : public NSView {
  public:
-  explicit NSClipView(CGRect frame);
+  explicit NSClipView(CGRect frame);  // posts bounds notifications
   std::string className() const override { return "NSClipView"; }
   void scrollToPoint(CGPoint origin) { setBoundsOrigin(origin); }
 };
@@ -104,7 +103,8 @@ class NSScrollView : public NSView {
  public:
   explicit NSScrollView(CGRect frame);
   std::string className() const override { return "NSScrollView"; }
-  // Makes and adds the clip view; call once after construction.
+  void setFrame(CGRect frame) override;  // the clip view fills the scroll view
+  // Adds the clip view, over the whole of the scroll view; call once after construction.
   void setContentView(std::shared_ptr<NSClipView> clip);
   const std::shared_ptr<NSClipView>& contentView() const { return contentView_; }
 
@@ -123,7 +123,8 @@ class NSWindow : public CALayerTreeObserver {
   bool isKeyWindow() const { return key_; }
   void setKeyWindow(bool key) { key_ = key; }
 
-  // Finds the tracking areas under the point and sends entered, moved and exited to their owners.
+  // Finds the tracking areas under the point and sends entered, moved and exited to their owners. A handler may change
+  // views and areas, and end the view or the window itself; areas gone meanwhile hear nothing.
   void sendMouseMoved(CGPoint locationInWindow);
   void sendMouseExited();  // the pointer left the window
   // To the deepest visible view under the point.
@@ -135,8 +136,19 @@ class NSWindow : public CALayerTreeObserver {
   bool takeNeedsFrame();
 
  private:
+  // A tracking area and the view that holds it.
+  struct TrackedArea {
+    NSTrackingAreaRef area;
+    std::shared_ptr<NSView> view;
+  };
+  static void collectAreas(const std::shared_ptr<NSView>& view, std::vector<TrackedArea>& areas);
+  bool isHeld(const TrackedArea& tracked) const;
+  bool isInside(const TrackedArea& tracked, CGPoint locationInWindow) const;
+  void deliver(const std::vector<TrackedArea>& areas, NSEvent::Type type, CGPoint locationInWindow);
+
   std::shared_ptr<NSView> contentView_;
-  std::vector<std::weak_ptr<NSTrackingArea>> inside_;  // areas the pointer is in
+  std::vector<std::weak_ptr<NSTrackingArea>> inside_;           // areas the pointer is in
+  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);  // a handler may end the window while it delivers
   bool key_ = true, needsFrame_ = false;
 };
 

@@ -11,10 +11,17 @@ GraphicsDevice*& installed() {
   return device;
 }
 
+unsigned long installationCount = 0;
+
 }  // namespace
 
 GraphicsDevice* GraphicsDevice::current() { return installed(); }
 
-GraphicsDevice* GraphicsDevice::install(GraphicsDevice* device) { return std::exchange(installed(), device); }
+GraphicsDevice* GraphicsDevice::install(GraphicsDevice* device) {
+  ++installationCount;
+  return std::exchange(installed(), device);
+}
+
+unsigned long GraphicsDevice::installations() { return installationCount; }
 
 }  // namespace zelkon

@@ -30,6 +30,8 @@ class GraphicsDevice {
   static GraphicsDevice* current();
   // Not owned; returns the earlier one.
   static GraphicsDevice* install(GraphicsDevice* device);
+  // How often install was called: what was measured before the number moved on may hold no longer.
+  static unsigned long installations();
 };
 
 }  // namespace zelkon

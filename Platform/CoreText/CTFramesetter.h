@@ -1,38 +1,12 @@
-// Lines out of attributed text: breaking, truncation, alignment and frame sizes, over one primitive, the advance of a
-// run.
+// Frames of lines out of attributed text: line breaking, alignment and frame sizes.
 #pragma once
 
+#include <optional>
 #include <vector>
 
-#include "CoreText/NSAttributedString.h"
+#include "CoreText/CTLine.h"
 
 namespace zelkon {
-
-class CGContext;
-
-// One laid-out line: pieces in visual order from x = 0.
-struct CTLine {
-  struct Piece {
-    CTFont font;
-    CGColorRef color;  // null = black
-    std::string text;
-    double x;  // from the line's left end
-  };
-  std::vector<Piece> pieces;
-  double width = 0;                             // sum of advances, trailing white space included
-  double trailingWhitespace = 0;                // part of the width that alignment does not count
-  double ascent = 0, descent = 0, leading = 0;  // maxima over the pieces, unrounded, positive
-  bool isTruncated = false;
-  std::string text() const;
-};
-
-// One line of the whole text (line breaks become spaces).
-CTLine CTLineCreate(const NSAttributedString& text);
-enum class CTLineTruncation { start, end, middle };
-// The text as one line no wider than `width`, "…" standing for what was taken out; a line that fits comes back whole. A
-// width below the ellipsis' own gives an empty line.
-CTLine CTLineCreateTruncated(const NSAttributedString& text, double width, CTLineTruncation truncation);
-void CTLineDraw(const CTLine& line, CGContext& context, CGPoint baseline);
 
 struct CTFrame {
   struct PlacedLine {
@@ -56,16 +30,13 @@ class CTFramesetter {
   CGSize suggestFrameSize(CGSize constraints) const;
 
  private:
-  std::vector<CTLine> linesForWidth(double width) const;
   NSAttributedString text_;
   NSParagraphStyle style_;
 };
 
-// Distance of baselines in a frame: rounded ascent, descent and leading, with the extra fifth of some families.
-double CTLinePitch(const CTLine& line);
-
 // Text as a text layer shows it: wrapped or one line per paragraph, the last line that fits cut with an ellipsis when
-// there is more and `truncation` says where. First line's ascent touches the top of `bounds`.
+// there is more and `truncation` says where. First line's ascent touches the top of `bounds`. A line fits when its
+// baseline does; the first line is always there, however low the bounds.
 struct CTTextBoxStyle {
   bool wrapped = false;
   std::optional<CTLineTruncation> truncation;

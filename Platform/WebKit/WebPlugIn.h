@@ -50,10 +50,11 @@ class WebPlugIn {
 
   // Every selector of the scripting object that could be asked for, exported or not.
   virtual std::vector<std::string> selectors() const = 0;
-  // Name under which script sees the selector; nothing for none.
+  // Name under which script sees the selector; nothing for none of its own: script then sees "_" for each ":" and "$_"
+  // for each "_".
   virtual std::optional<std::string> webScriptNameForSelector(const std::string& selector) const = 0;
   virtual bool isSelectorExcludedFromWebScript(const std::string& selector) const = 0;
-  // Carries the operation out; missing arguments arrive as undefined.
+  // Carries the operation out with as many arguments as the selector has colons; missing ones arrive as undefined.
   virtual Value invokeSelector(const std::string& selector, const ValueArray& arguments) = 0;
 };
 
