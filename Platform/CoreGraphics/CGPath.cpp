@@ -38,15 +38,14 @@ void addArcCurves(CGPath& path, CGPoint center, double radius, double start, dou
 // The signed angle from start to end in the direction of drawing.
 double sweepOf(double start, double end, bool clockwise) {
   double sweep = end - start;
+  // Further turns cover the same disc; a sweep of no sensible size must not be walked quadrant by quadrant.
+  if (std::abs(sweep) >= 5 * turn) sweep = std::fmod(sweep, turn) + std::copysign(4 * turn, sweep);
   if (clockwise && sweep > 0) {
     sweep -= turn * (std::floor(sweep / turn + 1e-12) + 1);
     if (sweep < -turn) sweep += turn;
   } else if (!clockwise && sweep < 0) {
     sweep += turn * std::ceil(-sweep / turn - 1e-12);
   }
-  // Further turns cover the same disc.
-  const double turns = std::trunc(sweep / turn);
-  if (std::abs(turns) > 4) sweep -= turn * (turns - std::copysign(4, turns));
   return sweep;
 }
 

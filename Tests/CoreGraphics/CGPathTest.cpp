@@ -200,6 +200,17 @@ TEST(CGPath, RoundedRectangleLimitsItsRadius) {
   EXPECT_EQ(plain, rect);
 }
 
+TEST(CGPath, ArcsOfImmenseSweepAreAFewTurns) {
+  for (const double end : {1e9, 1e18, 1e300, -1e9, -1e18, -1e300}) {
+    for (const bool clockwise : {false, true}) {
+      CGPath path;
+      path.addArc({0, 0}, 10, 0, end, clockwise);
+      EXPECT_LE(path.elements().size(), 24u) << end;
+      EXPECT_TRUE(path.isPaintable() || path.elements().size() == 1) << end;
+    }
+  }
+}
+
 TEST(CGPath, TransformMovesEveryPoint) {
   CGPath path;
   path.moveTo({1, 1});
