@@ -1,7 +1,8 @@
 #include "Backends/Cairo/CairoPainting.h"
 
 #include <algorithm>
-#include <cmath>
+
+#include "Backends/Cairo/GradientRegion.h"
 
 namespace zelkon {
 
@@ -10,7 +11,6 @@ namespace {
 // A chord of the parabola that plain interpolation draws in premultiplied space is off by a quarter of its width
 // squared at most: 1/1024 for sixteenths.
 constexpr int stepsBetweenTranslucentStops = 16;
-constexpr double fullTurn = 6.283185307179586;
 
 CairoPatternHandle patternFor(const CGGradient& gradient, const CGGradientPlacement& placement, bool premultiplies) {
   CairoPatternHandle pattern(
@@ -37,29 +37,6 @@ CairoPatternHandle patternFor(const CGGradient& gradient, const CGGradientPlacem
     add(stops[i].location, stops[i].color);
   }
   return pattern;
-}
-
-// Clips to what lies between the start line and the end line, or beyond them where the options allow it.
-void clipToBand(cairo_t* cr, const CGGradientPlacement& placement) {
-  const double dx = placement.end.x - placement.start.x, dy = placement.end.y - placement.start.y;
-  const double length = std::hypot(dx, dy), ux = dx / length, uy = dy / length;
-  double x1, y1, x2, y2;
-  cairo_clip_extents(cr, &x1, &y1, &x2, &y2);
-  double along[2] = {0, length}, across[2] = {0, 0};
-  for (const CGPoint corner : {CGPoint{x1, y1}, CGPoint{x2, y1}, CGPoint{x1, y2}, CGPoint{x2, y2}}) {
-    const double px = corner.x - placement.start.x, py = corner.y - placement.start.y;
-    const double a = px * ux + py * uy, c = py * ux - px * uy;
-    if (placement.options & kCGGradientDrawsBeforeStartLocation) along[0] = std::min(along[0], a - 1);
-    if (placement.options & kCGGradientDrawsAfterEndLocation) along[1] = std::max(along[1], a + 1);
-    across[0] = std::min(across[0], c - 1);
-    across[1] = std::max(across[1], c + 1);
-  }
-  cairo_new_path(cr);
-  for (const auto& [a, c] : {std::pair{along[0], across[0]}, std::pair{along[1], across[0]},
-                             std::pair{along[1], across[1]}, std::pair{along[0], across[1]}})
-    cairo_line_to(cr, placement.start.x + a * ux - c * uy, placement.start.y + a * uy + c * ux);
-  cairo_close_path(cr);
-  cairo_clip(cr);
 }
 
 }  // namespace
@@ -129,22 +106,18 @@ CGGradient brightened(const CGGradient& gradient, double factor) {
 void paintCairoGradient(cairo_t* cr, const CGGradient& gradient, const CGGradientPlacement& placement, double alpha,
                         bool premultiplies) {
   if (gradient.stops().empty()) return;
-  const bool after = placement.options & kCGGradientDrawsAfterEndLocation;
-  const bool isPoint = !(placement.radius > 0) && placement.start == placement.end;
-  if (isPoint && !after) return;
+  double x1, y1, x2, y2;
+  cairo_clip_extents(cr, &x1, &y1, &x2, &y2);
+  const CGPath region = gradientRegion(placement, CGRectMake(x1, y1, x2 - x1, y2 - y1));
+  if (region.isEmpty()) return;
   cairo_save(cr);
-  if (isPoint) {
+  setCairoPath(cr, region);
+  cairo_set_fill_rule(cr, CAIRO_FILL_RULE_WINDING);
+  cairo_clip(cr);
+  if (!(placement.radius > 0) && placement.start == placement.end)
     setCairoColor(cr, gradient.stops().back().color);
-  } else {
-    if (!(placement.radius > 0)) {
-      clipToBand(cr, placement);
-    } else if (!after) {
-      cairo_new_path(cr);
-      cairo_arc(cr, placement.start.x, placement.start.y, placement.radius, 0, fullTurn);
-      cairo_clip(cr);
-    }
+  else
     cairo_set_source(cr, patternFor(gradient, placement, premultiplies).get());
-  }
   if (alpha == 1)
     cairo_paint(cr);
   else
