@@ -5,18 +5,18 @@
 // Coordinates are points, y up; geometry as bounds, position, anchor point and transform, frame derived.
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "CoreGraphics/CGContext.h"
-#include "CoreImage/CIFilter.h"
 #include "Foundation/Value.h"
-#include "QuartzCore/CAAnimation.h"
+#include "QuartzCore/CALayerProperties.h"
 
 namespace zelkon {
+
+class CAAnimationSet;
 
 enum CAAutoresizingMask : unsigned {
   kCALayerNotSizable = 0,
@@ -27,10 +27,6 @@ enum CAAutoresizingMask : unsigned {
   kCALayerHeightSizable = 16,
   kCALayerMaxYMargin = 32,
 };
-enum class CAContentsGravity { resize, center };
-
-class CALayer;
-using CALayerRef = std::shared_ptr<CALayer>;
 
 class CALayerDelegate {
  public:
@@ -45,35 +41,6 @@ class CALayerTreeObserver {
   virtual ~CALayerTreeObserver() = default;
   virtual void layerTreeDidChange() = 0;
 };
-
-// All drawable state of a layer; the presentation of a layer is a copy of it with animated values in place.
-struct CALayerProperties {
-  CGRect bounds;
-  CGPoint position;
-  CGPoint anchorPoint{0.5, 0.5};
-  CATransform3D transform = CATransform3DIdentity;
-  double zPosition = 0;
-  double opacity = 1;
-  double hiddenFade = 1;  // 0...1: how much of the layer shows while `hidden` changes
-  bool hidden = false;
-  bool masksToBounds = false;
-  double cornerRadius = 0;
-  double borderWidth = 0;
-  CGColorRef borderColor, backgroundColor;
-  CGImageRef contents;
-  CAContentsGravity contentsGravity = CAContentsGravity::resize;
-  unsigned edgeAntialiasingMask = 15;
-  double shadowOpacity = 0;
-  CGSize shadowOffset{0, -3};
-  double shadowRadius = 3;
-  CGColorRef shadowColor;  // null = black
-  std::vector<CIFilterRef> filters;
-  CIFilterRef compositingFilter;
-  CALayerRef mask;
-};
-// Superlayer coordinates of a layer's own coordinates, with bounds origin, anchor point, transform and position.
-CGAffineTransform CALayerToSuperlayerTransform(const CALayerProperties& p);
-CGRect CALayerFrame(const CALayerProperties& p);
 
 class CALayer : public Object, public std::enable_shared_from_this<CALayer> {
  public:
@@ -143,7 +110,7 @@ class CALayer : public Object, public std::enable_shared_from_this<CALayer> {
   void removeFromSuperlayer();
   // The observer of the tree whose root this is; null detaches. Not owned.
   void setTreeObserver(CALayerTreeObserver* observer);
-  bool isLive() const;  // in a tree with an observer
+  bool isLive() const { return live_; }  // in a tree with an observer
 
   // Display and layout.
   void setNeedsDisplay();
@@ -168,7 +135,9 @@ class CALayer : public Object, public std::enable_shared_from_this<CALayer> {
   std::optional<CABasicAnimation> actionForKey(const std::string& key) const;
   // Model values with the animations of the time in place.
   CALayerProperties presentation(double time) const;
+  bool hasAnimations() const;  // of any kind, also those that have ended but stay
   bool hasRunningAnimations(double time) const;
+  std::vector<std::string> runningKeyPaths(double time) const;  // what runs or waits to, in order of adding
 
   // Ad-hoc values; null removes, a key never set reads null.
   void setValue(Value value, const std::string& key);
@@ -180,32 +149,43 @@ class CALayer : public Object, public std::enable_shared_from_this<CALayer> {
 
   // For the compositor: counts up with every change of this layer's own look, of its subtree, and of its contents.
   unsigned long appearanceVersion() const { return appearanceVersion_; }
-  unsigned long subtreeVersion() const { return subtreeVersion_; }
+  unsigned long subtreeVersion() const;
 
  protected:
   // Contents, model and tree changed: the observer hears of it once per commit at most.
   void didChange();
 
  private:
-  friend class CATransaction;
-  friend class CALayerCommit;  // what a commit does to layers; see CATransaction.cpp
-  class AnimationSet;
+  friend class CALayerCommit;
 
+  // Stores a value unless it is there already; animates under `key` (null: never) where that is due.
   template <typename T>
   void change(const char* key, T CALayerProperties::*member, T value);
-  void resizeSublayers(CGSize oldSize, CGSize newSize);
+  std::optional<CABasicAnimation> implicitAction(const char* key) const;
+  bool storeBounds(CGRect bounds);  // without the sublayers; whether the size changed
+  void resizeWithin(CGSize oldSize, CGSize newSize);
+  void insert(const CALayerRef& layer, size_t index);
+  size_t indexOf(const CALayer* sublayer) const;  // number of sublayers when it is none
+  void detach();                                  // out of the superlayer's list
+  void setSubtreeLive(bool live);
+  void display();
+  CAAnimationSet& animationSet();
 
   CALayerProperties model_;
+  std::weak_ptr<CALayer> masked_;  // the layer that this is the mask of
   std::string name_;
   std::weak_ptr<CALayerDelegate> delegate_;
   std::weak_ptr<CALayer> superlayer_;
   std::vector<CALayerRef> sublayers_;
   CALayerTreeObserver* observer_ = nullptr;
   ValueDictionary values_;
-  std::unique_ptr<AnimationSet> animations_;
+  std::shared_ptr<CAAnimationSet> animations_;  // null until there is one
   unsigned autoresizingMask_ = 0;
-  unsigned long appearanceVersion_ = 0, subtreeVersion_ = 0;
-  bool needsDisplay_ = false, needsLayout_ = false, needsDisplayOnBoundsChange_ = false, committed_ = false;
+  unsigned long appearanceVersion_ = 0, subtreeVersion_ = 0, shownVersion_ = 0;
+  bool needsDisplay_ = false, needsLayout_ = false, needsDisplayOnBoundsChange_ = false;
+  bool live_ = false;
+  bool committed_ = false;  // was in a live tree at the last commit
+  bool touched_ = false;    // the open transaction knows of it
 };
 
 }  // namespace zelkon

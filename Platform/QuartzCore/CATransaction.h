@@ -35,6 +35,9 @@ class CATransaction {
   static void deliverEndedAnimations();
   // Whether any animation is running or waiting to be delivered.
   static bool hasRunningAnimations();
+
+  // A layer has changed: opens the implicit transaction when none is open.
+  static void noteChange();
 };
 
 // Seconds on the media clock. The host advances it, once per turn; it never goes back.
