@@ -77,15 +77,20 @@ export class LocaleRuntime {
     const format = (options: Intl.DateTimeFormatOptions, locale = this.tag) => new Intl.DateTimeFormat(locale, { ...options, timeZone: 'UTC' });
     const { calendar } = format({}).resolvedOptions();
     const counting = new Intl.DateTimeFormat('en', { month: 'numeric', calendar, timeZone: 'UTC' });
-    const naming = (['long', 'short'] as const).flatMap((month) => [format({ month }), format({ month, day: 'numeric' })]);
     const names = new Map<string, number>();
-    // Two years in small steps meet every month of any calendar.
-    for (let day = 0; day < 730; day += 10) {
-      const date = new Date(Date.UTC(2000, 0, 1 + day));
-      const number = parseInt(counting.format(date), 10);
-      for (const formatter of naming) {
-        const name = formatter.formatToParts(date).find((part) => part.type === 'month');
-        if (name && number > 0 && !names.has(name.value.toLowerCase())) names.set(name.value.toLowerCase(), number);
+    const add = (name: string, number: number) => {
+      // In a date some languages have a bare number for the month.
+      if (number > 0 && /\p{L}/u.test(name) && !names.has(name.toLowerCase())) names.set(name.toLowerCase(), number);
+    };
+    for (const month of ['long', 'short'] as const) {
+      const alone = format({ month });
+      const inDate = format({ month, day: 'numeric' });
+      // Two years in small steps meet every month of any calendar.
+      for (let day = 0; day < 730; day += 10) {
+        const date = new Date(Date.UTC(2000, 0, 1 + day));
+        const number = parseInt(counting.format(date), 10);
+        add(alone.format(date), number);
+        add(inDate.formatToParts(date).find((part) => part.type === 'month')?.value ?? '', number);
       }
     }
     return names;

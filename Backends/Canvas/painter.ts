@@ -20,6 +20,9 @@ type Numbers = ArrayLike<number>;
 const blends: GlobalCompositeOperation[] = ['source-over', 'overlay', 'copy', 'destination-in', 'lighter'];
 const copy = 2;
 
+// The first letter belongs to a script that is written from the right.
+const readsFromRight = /^[^\p{L}]*[\u0590-\u08ff\ufb1d-\ufdff\ufe70-\ufeff]/u;
+
 interface Level {
   surface: Surface;
   x: number; // where the level's pixels lie in those of the context's surface, y down
@@ -176,12 +179,18 @@ export class Painter {
     context.transform(face.widthFactor, 0, 0, -1, a[2], a[3]);
     context.font = cssFont(face, a[1]);
     prepareForText(context);
+    context.textAlign = 'left';
+    context.direction = readsFromRight.test(text) ? 'rtl' : 'ltr';
     this.paint(a[9], css(a, 5), () => context.fillText(text, 0, 0));
     context.restore();
   }
 
   clear(a: Numbers): void {
-    this.context.clearRect(a[0], a[1], a[2], a[3]);
+    // The canvas's own clearing has hard edges.
+    this.context.globalCompositeOperation = 'destination-out';
+    this.context.fillStyle = '#000';
+    this.context.fillRect(a[0], a[1], a[2], a[3]);
+    this.context.globalCompositeOperation = 'source-over';
   }
 
   beginGroup(a: Numbers): void {

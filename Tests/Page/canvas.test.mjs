@@ -1,0 +1,199 @@
+// Draws with the browser backend in Chromium: the C++ tests of Tests/Canvas, and the runtime's own edges.
+import assert from 'node:assert/strict';
+import { mkdtempSync, copyFileSync, rmSync, writeFileSync } from 'node:fs';
+import { tmpdir } from 'node:os';
+import { dirname, join } from 'node:path';
+import { fileURLToPath } from 'node:url';
+import { after, before, test } from 'node:test';
+import { build } from 'esbuild';
+import { chromium } from 'playwright-core';
+import { serve } from '../../Tools/serve.mjs';
+
+const root = join(dirname(fileURLToPath(import.meta.url)), '../..');
+const flags = '--no-sandbox --disable-gpu --disable-quic --no-first-run --disable-background-networking --disable-component-update --disable-sync';
+
+let folder, server, browser, page;
+const complaints = [];
+
+before(async () => {
+  folder = mkdtempSync(join(tmpdir(), 'zelkon-canvas-'));
+  for (const name of ['zelkon-canvas-tests.mjs', 'zelkon-canvas-tests.wasm']) {
+    copyFileSync(join(root, 'build/wasm/bin', name), join(folder, name));
+  }
+  await build({
+    stdin: {
+      contents: "export * from './Backends/Canvas/canvas'; export * from './Backends/Canvas/locale';",
+      resolveDir: root,
+    },
+    bundle: true,
+    format: 'esm',
+    target: 'es2020',
+    outfile: join(folder, 'runtime.js'),
+    logLevel: 'warning',
+  });
+  writeFileSync(
+    join(folder, 'main.js'),
+    `import createModule from './zelkon-canvas-tests.mjs';
+     import { CanvasRuntime, LocaleRuntime } from './runtime.js';
+     window.LocaleRuntime = LocaleRuntime;
+     window.CanvasRuntime = CanvasRuntime;
+     window.canvas = new CanvasRuntime();
+     createModule({ canvas: window.canvas, locale: new LocaleRuntime('en_US') }).then((module) => { window.module = module; });`,
+  );
+  writeFileSync(join(folder, 'index.html'), '<!doctype html><title>canvas</title><script type="module" src="main.js"></script>');
+  writeFileSync(join(folder, 'favicon.ico'), '');
+  server = await serve([folder]);
+  browser = await chromium.launch({ executablePath: '/usr/bin/chromium', args: flags.split(' ') });
+  page = await browser.newPage();
+  // These tests read pixels over and over, which Chromium finds worth a hint.
+  page.on('console', (message) => message.text().includes('willReadFrequently') || complaints.push(message.text()));
+  page.on('pageerror', (error) => complaints.push(String(error)));
+  await page.goto(`http://127.0.0.1:${server.address().port}/`);
+  await page.waitForFunction(() => window.module, null, { timeout: 20000 });
+});
+
+after(async () => {
+  await browser?.close();
+  server?.close();
+  rmSync(folder, { recursive: true, force: true });
+});
+
+test('what the C++ side draws in the page', async (context) => {
+  const names = await page.evaluate(() => {
+    const count = module.ccall('canvasTestCount', 'number');
+    return Array.from({ length: count }, (_, i) => module.ccall('canvasTestName', 'string', ['number'], [i]));
+  });
+  assert.ok(names.length > 30);
+  for (const [index, name] of names.entries()) {
+    await context.test(name, async () => {
+      assert.equal(await page.evaluate((i) => module.ccall('canvasTestRun', 'string', ['number'], [i]), index), '');
+    });
+  }
+});
+
+test('surfaces are given back', async () => {
+  assert.equal(await page.evaluate(() => window.canvas.surfaces.size), 0);
+  assert.equal(await page.evaluate(() => window.canvas.painters.size), 0);
+});
+
+test('widths grow exactly with the size', async () => {
+  const widths = await page.evaluate(() => {
+    const bytes = new TextEncoder().encode('Groceries & Household');
+    const context = new OffscreenCanvas(1, 1).getContext('2d');
+    const face = window.canvas.fonts.face(0);
+    return [9, 10.5, 12, 37].map((size) => {
+      context.font = `${size}px ${face.family}`;
+      context.fontKerning = 'normal';
+      context.textRendering = 'geometricPrecision';
+      return (context.measureText('Groceries & Household').width / size) * face.widthFactor - window.canvas.measure(0, bytes);
+    });
+  });
+  for (const difference of widths) assert.ok(Math.abs(difference) < 1e-4, `${widths}`);
+});
+
+test('a prepared picture is found by its bytes, and only whole pictures are prepared', async () => {
+  const found = await page.evaluate(async () => {
+    const source = new OffscreenCanvas(3, 2);
+    const context = source.getContext('2d');
+    context.fillStyle = 'rgb(51, 102, 153)';
+    context.fillRect(0, 0, 1, 1);
+    const bytes = new Uint8Array(await (await source.convertToBlob()).arrayBuffer());
+    const unprepared = window.canvas.decode(bytes).id;
+    await window.canvas.preload(bytes);
+    await window.canvas.preload(bytes.subarray(0, 20));
+    const { id, width, height } = window.canvas.decode(bytes.slice());
+    const pixels = new Uint8Array(24);
+    const read = window.canvas.read(id, pixels);
+    return { unprepared, width, height, read, pixel: Array.from(pixels.subarray(0, 8)), cut: window.canvas.decode(bytes.subarray(0, 20)).id };
+  });
+  assert.deepEqual(found, { unprepared: 0, width: 3, height: 2, read: true, pixel: [51, 102, 153, 255, 0, 0, 0, 0], cut: 0 });
+});
+
+test('a screen is the canvas of an element, given its size in pixels', async () => {
+  const shown = await page.evaluate(() => {
+    const element = document.createElement('canvas');
+    const id = window.canvas.bindScreen(element);
+    // resize; open; select; fill of the rectangle (1, 0, 2, 1) in red; close.
+    const commands = [18, 3, id, 8, 6, 1, 3, 99, id, 2, 3, 1, 99, 8, 19, 0, 1, 0, 0, 1, 0, 0, 1, 0, 1, 3, 0, 1, 3, 1, 1, 1, 1, 2, 1, 99];
+    window.canvas.replay(new Float64Array(commands), new Uint8Array(0));
+    const data = element.getContext('2d').getImageData(0, 0, 8, 6).data;
+    const at = (x, y) => Array.from(data.subarray(4 * (8 * y + x), 4 * (8 * y + x) + 4));
+    return [element.width, element.height, at(2, 5), at(5, 4), at(1, 5), at(2, 3)];
+  });
+  assert.deepEqual(shown, [8, 6, [255, 0, 0, 255], [255, 0, 0, 255], [0, 0, 0, 0], [0, 0, 0, 0]]);
+});
+
+test('a command that fails leaves the rest of the frame alone', async () => {
+  const before = complaints.length;
+  const red = await page.evaluate(() => {
+    const element = document.createElement('canvas');
+    element.width = element.height = 4;
+    const id = window.canvas.bindScreen(element);
+    // A gradient with an impossible stop stands before the fill.
+    const gradient = [10, 13, 0, 0, 4, 0, 0, 3, 1, 0, 7, 0, 0, 0, 1];
+    const fill = [8, 19, 0, 1, 0, 0, 1, 0, 0, 0, 0, 1, 4, 0, 1, 4, 4, 1, 0, 4, 3];
+    window.canvas.replay(new Float64Array([1, 3, 98, id, 1, 3, 1, 98, ...gradient, ...fill, 2, 1, 98]), new Uint8Array(0));
+    return element.getContext('2d').getImageData(1, 1, 1, 1).data[0];
+  });
+  assert.equal(red, 255);
+  assert.equal(complaints.length, before + 1);
+  complaints.length = before;
+});
+
+const nbsp = '\u00a0';
+const narrow = '\u202f';
+const amounts = [
+  ['en_US', 1234567, null, '1,234,567'],
+  ['en_US', -60, null, '-60'],
+  ['en_US', 1234, 'USD', '$1,234'],
+  ['en_US', -60, 'USD', '-$60'],
+  ['en_GB', 1234, 'USD', 'US$1,234'],
+  ['en_GB', 1234, 'JPY', 'JP¥1,234'],
+  ['de_DE', 1234567, null, '1.234.567'],
+  ['de_DE', -60, 'USD', `-60${nbsp}$`],
+  ['de_DE', 1234, 'CHF', `1.234${nbsp}CHF`],
+  ['fr_FR', 1234, 'USD', `1${narrow}234${nbsp}$US`],
+  ['ja_JP', 1234, 'JPY', '￥1,234'],
+  ['en_US', 0.5, null, '0'],
+  ['en_US', 1.5, null, '2'],
+  ['en_US', 2.5, null, '2'],
+  ['en_US', -2.5, null, '-2'],
+  ['en_US', -0.5, null, '-0'],
+  ['en_US', -0, 'USD', '$0'],
+  ['en_US', NaN, null, 'NaN'],
+  ['en_US', Infinity, null, '∞'],
+  ['en_US', 1234, 'DOLLARS', `DOLLARS${nbsp}1,234`],
+  ['de_DE', 1234, 'x', `1.234${nbsp}x`],
+  ['no such language at all', 7, null, '7'],
+];
+
+test('numbers and amounts read as the locale writes them', async () => {
+  const texts = await page.evaluate(
+    (rows) =>
+      rows.map(([locale, value, code]) => {
+        const bytes = code === null ? null : new TextEncoder().encode(code);
+        return new TextDecoder().decode(new LocaleRuntime(locale).formatNumber(value, bytes, 0));
+      }),
+    amounts,
+  );
+  assert.deepEqual(texts, amounts.map((row) => row[3]));
+});
+
+test('months are known by their names in the locale, whatever the case', async () => {
+  const months = await page.evaluate(() =>
+    [
+      ['en_US', 'January'], ['en_US', 'jan'], ['en_US', 'DEC'], ['en_US', 'Sept'], ['en_US', ''], ['en_US', 'Jan 2010'], ['en_US', ' Jan'],
+      ['de_DE', 'Mär'], ['de_DE', 'Dezember'], ['fr_FR', 'févr.'], ['fr_FR', 'AOÛT'], ['ja_JP', '1月'], ['ja_JP', '12月'],
+    ].map(([locale, name]) => new LocaleRuntime(locale).monthNamed(new TextEncoder().encode(name))),
+  );
+  assert.deepEqual(months, [1, 1, 12, 0, 0, 0, 0, 3, 12, 2, 8, 1, 12]);
+});
+
+test('the longest year of the calendar', async () => {
+  const counts = await page.evaluate(() => ['en_US', 'he-u-ca-hebrew', 'ar-u-ca-coptic', 'th-u-ca-buddhist'].map((tag) => new LocaleRuntime(tag).monthsPerYear()));
+  assert.deepEqual(counts, [12, 13, 13, 12]);
+});
+
+test('nothing was reported to the console', () => {
+  assert.deepEqual(complaints, []);
+});
