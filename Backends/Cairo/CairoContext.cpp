@@ -16,6 +16,7 @@ namespace zelkon {
 namespace {
 
 constexpr double oneToOneTolerance = 1e-6;
+constexpr double largestGroupSide = 100000;  // more than any surface has; keeps the numbers in the range of int
 
 // Whether replaying the commands straight onto a page could touch what lies under the picture.
 bool needsOwnGroup(const DisplayList& list) {
@@ -51,6 +52,7 @@ struct CairoContext::Group {
   double brightness = 1;  // document: the factors of this and all enclosing groups
   int saves = 0;
   bool isUntouched = true;
+  bool isLost = false;
 };
 
 CairoContext::CairoContext(cairo_surface_t* surface, double height, double scale, Target target,
@@ -270,8 +272,12 @@ void CairoContext::doBeginGroup(const CGGroupEffects& effects, CGRect bounds) {
     group->surface.reset(cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, &area));
     group->brightness = top().brightness * effects.brightness;
   } else {
-    group->surface.reset(
-        cairo_image_surface_create(CAIRO_FORMAT_ARGB32, static_cast<int>(width), static_cast<int>(height)));
+    const auto pixels = CairoSurface::create(static_cast<int>(std::min(width, largestGroupSide)),
+                                             static_cast<int>(std::min(height, largestGroupSide)));
+    // Without the memory for it the group is lost, but not what is drawn after it.
+    group->isLost = !pixels;
+    group->surface.reset(pixels ? cairo_surface_reference(pixels->handle())
+                                : cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 1, 1));
     cairo_surface_set_device_offset(group->surface.get(), -x, -y);
   }
   group->cr.reset(cairo_create(group->surface.get()));
@@ -306,6 +312,7 @@ void CairoContext::doEndGroup() {
   groups_.pop_back();
   group->cr.reset();
   cairo_surface_flush(group->surface.get());
+  if (group->isLost) return;
   cairo_t* cr = top().cr.get();
   top().isUntouched = false;
   const CGGroupEffects& effects = group->effects;

@@ -2,11 +2,16 @@
 
 #include <pango/pangocairo.h>
 
+#include <algorithm>
+#include <cmath>
+
 namespace zelkon {
 
 namespace {
 
-constexpr double measuringSize = 1000;        // large, so that rounding to Pango's units does not show
+constexpr double measuringSize = 1000;  // large, so that rounding to Pango's units does not show
+// Sizes outside are drawn by scaling: Pango counts in whole 1024ths of a unit and in 32 bits.
+constexpr double smallestShapedSize = 1, largestShapedSize = 10000;
 constexpr size_t rememberedAdvances = 20000;  // then the table starts over
 
 struct ObjectDeleter {
@@ -14,6 +19,14 @@ struct ObjectDeleter {
 };
 template <typename T>
 using ObjectHandle = std::unique_ptr<T, ObjectDeleter>;
+
+// A font matrix out of range puts Cairo's context into an error for good; nothing could be seen of such text.
+bool isDrawable(cairo_t* cr, double size) {
+  double x = size, y = 0;
+  cairo_user_to_device_distance(cr, &x, &y);
+  const double em = std::hypot(x, y);
+  return em > 1e-3 && em < 1e6;
+}
 
 bool isInstalled(PangoContext* context, const char* family) {
   PangoFontFamily** families = nullptr;
@@ -98,12 +111,14 @@ double CairoText::advanceOf(const FontFace& face, std::string_view text) {
 }
 
 void CairoText::draw(cairo_t* cr, const CGTextRun& run, bool asOutlines) {
-  if (!run.face || run.text.empty() || !(run.size > 0)) return;
-  PangoLayout* layout = layoutOf(*run.face, run.text, run.size);
+  if (!run.face || run.text.empty() || !(run.size > 0) || !isDrawable(cr, run.size)) return;
+  const double shapedSize = std::clamp(run.size, smallestShapedSize, largestShapedSize);
+  const double scale = run.size / shapedSize;
+  PangoLayout* layout = layoutOf(*run.face, run.text, shapedSize);
   cairo_save(cr);
   cairo_new_path(cr);
   cairo_translate(cr, run.origin.x, run.origin.y);
-  cairo_scale(cr, substituteFor(*run.face).widthFactor, -1);
+  cairo_scale(cr, substituteFor(*run.face).widthFactor * scale, -scale);
   cairo_move_to(cr, 0, 0);
   PangoLayoutLine* line = pango_layout_get_line_readonly(layout, 0);
   if (asOutlines) {

@@ -246,6 +246,15 @@ TEST_F(CairoEffects, GroupsNest) {
   EXPECT_EQ(pixel(0, 1).alpha, 255);
 }
 
+TEST_F(CairoEffects, AGroupTooLargeIsLostWithoutHarmToWhatFollows) {
+  start(4, 4);
+  CGGroupEffects effects;
+  effects.shadow = CGShadow{CGSizeMake(1e12, -1e12), 1e9, {0, 0, 0, 1}};
+  fillInGroup(effects, {1, 0, 0, 1}, CGRectMake(-1e9, -1e9, 2e9, 2e9));
+  context->fillRect(CGRectMake(0, 0, 4, 4));
+  EXPECT_EQ(pixel(1, 1).alpha, 255);
+}
+
 // ---- images ----
 
 CGImageRef cornersImage(double alpha = 1) {

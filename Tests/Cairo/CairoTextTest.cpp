@@ -92,6 +92,23 @@ TEST_F(CairoTextRuns, PositionsBetweenPixelsAreKept) {
   EXPECT_NE(device.readPixels(*surface), whole);
 }
 
+TEST_F(CairoTextRuns, SizesBeyondReasonDoNoHarm) {
+  start(40, 40);
+  for (double size : {1e-7, 1e7, 1e300}) context->showTextRun({FontFaceHelvetica(), size, "l", CGPointMake(5, 10)});
+  context->fillRect(CGRectMake(0, 0, 40, 40));
+  EXPECT_EQ(pixel(1, 1).alpha, 255);
+}
+
+TEST_F(CairoTextRuns, SmallTextUnderAMagnifyingTransformIsAsLargeAsText) {
+  start(40, 40);
+  context->showTextRun({FontFaceHelvetica(), 20, "H", CGPointMake(5, 10)});
+  const auto [first, last] = inkColumns();
+  start(40, 40);
+  context->scaleCTM(100, 100);
+  context->showTextRun({FontFaceHelvetica(), 0.2, "H", CGPointMake(0.05, 0.1)});
+  EXPECT_EQ(inkColumns(), std::make_pair(first, last));
+}
+
 TEST_F(CairoTextRuns, TheFillColourIsUsed) {
   start(40, 40);
   context->setFillColor({0, 0.5, 0, 1});

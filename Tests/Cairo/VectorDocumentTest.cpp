@@ -112,6 +112,22 @@ TEST_F(VectorDocuments, AShadowedDrawingInAPDFStaysText) {
   EXPECT_TRUE(has(*text, "bubble")) << *text;
 }
 
+TEST_F(VectorDocuments, EffectsThatNoPageKnowsStillGiveAPage) {
+  for (const CGBlendMode blend : {CGBlendMode::destinationIn, CGBlendMode::plusLighter, CGBlendMode::copy}) {
+    const auto draw = [blend](CGContext& page) {
+      page.fillRect(CGRectMake(0, 0, 100, 100));
+      CGGroupEffects effects;
+      effects.blend = blend;
+      page.beginGroup(effects, CGRectMake(0, 0, 50, 50));
+      page.fillRect(CGRectMake(0, 0, 50, 50));
+      page.endGroup();
+      page.clearRect(CGRectMake(10, 10, 10, 10));
+    };
+    EXPECT_EQ(pdf(draw).substr(0, 5), "%PDF-");
+    EXPECT_TRUE(has(svg(draw), "</svg>"));
+  }
+}
+
 TEST_F(VectorDocuments, TheSameDrawingGivesTheSameBytes) {
   EXPECT_EQ(pdf(drawEverything), pdf(drawEverything));
   EXPECT_EQ(svg(drawEverything), svg(drawEverything));
