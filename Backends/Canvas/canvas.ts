@@ -58,7 +58,6 @@ class CanvasPool implements Pool {
       const [surface] = this.free.splice(index, 1);
       return surface;
     }
-    // Without memory for it the group stays unseen; what follows is drawn all the same.
     const made = makeCanvas(width, height) ?? makeCanvas(1, 1);
     if (!made) throw new RangeError(`no canvas of ${width} by ${height} pixels`);
     return made;
