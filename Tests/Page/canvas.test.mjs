@@ -228,6 +228,25 @@ test('numbers and amounts read as the locale writes them', async () => {
   assert.deepEqual(texts, amounts.map((row) => row[3]));
 });
 
+test('halves go to even where the engine has no rounding modes', async () => {
+  const texts = await page.evaluate(() => {
+    const kept = Intl.NumberFormat;
+    Intl.NumberFormat = class extends kept {
+      constructor(tag, options) {
+        super(tag, { ...options, roundingMode: undefined });
+      }
+    };
+    try {
+      const locale = new LocaleRuntime('en_US');
+      const text = (value, digits) => new TextDecoder().decode(locale.formatNumber(value, null, digits));
+      return [[0.5, 0], [1.5, 0], [2.5, 0], [-2.5, 0], [-0.5, 0], [2.4, 0], [2.6, 0], [0.125, 2], [Infinity, 0]].map((row) => text(...row));
+    } finally {
+      Intl.NumberFormat = kept;
+    }
+  });
+  assert.deepEqual(texts, ['0', '2', '2', '-2', '-0', '2', '3', '0.12', '∞']);
+});
+
 test('months are known by their names in the locale, whatever the case', async () => {
   const months = await page.evaluate(() =>
     [
