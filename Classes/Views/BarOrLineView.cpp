@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "Classes/Plotting/LinePlot.h"
+#include "Classes/Views/ScriptElement.h"
 #include "Foundation/NSAssertionHandler.h"
 #include "Foundation/NSNotificationCenter.h"
 #include "Foundation/NSScanner.h"
@@ -46,12 +47,10 @@ void BarOrLineView::js_setPlotData(const Value& data) {
   guardedScriptCall("js_setPlotData:", [&] {
     CALayerPlotView::js_setPlotData(data);
     std::vector<PlotEntryRef> entries;
-    const WebScriptObjectRef array = WebScriptObjectOf(data);
-    for (size_t i = 0; array; ++i) {
-      const Value element = array->webScriptValueAtIndex(i);
+    for (size_t i = 0;; ++i) {
+      const Value element = ScriptElementAtIndex(data, i);
       if (element.isUndefined() || element.isNull()) break;
-      const WebScriptObjectRef object = WebScriptObjectOf(element);
-      const auto read = [&](std::string_view key) { return object ? object->valueForKey(key) : Value(); };
+      const auto read = [&](std::string_view key) { return ScriptElementValueForKey(element, key); };
       const Value humanX = read("humanX"), mediumHumanX = read("mediumHumanX"), shortHumanX = read("shortHumanX");
       const Value subtitle = read("shortHumanXSubtitle"), humanY = read("humanY"), y = read("y");
       if (humanX.length() == 0 || humanY.length() == 0 || y.length() == 0) continue;
@@ -88,7 +87,8 @@ void BarOrLineView::_createAndDisplayPlotter() {
     plotter_ = std::make_shared<BarPlot>();
   plotter_->setAnimationsCreatedDelegate(std::static_pointer_cast<BarOrLineView>(shared_from_this()));
   plotter_->setRootLayer(layer());
-  plotter_->setPlotOptions(plotOptions());
+  plotterOptions_ = plotOptions();
+  plotter_->setPlotOptions(plotterOptions_);
   plotter_->setPlotData(entries);
   doDisplay();
 }

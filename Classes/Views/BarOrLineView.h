@@ -50,6 +50,8 @@ class BarOrLineView : public CALayerPlotView, public AnimationsCreatedProtocol, 
   static void fitBubbleToText(const CALayerRef& bubble, const std::shared_ptr<CATextLayer>& text);
 
   std::shared_ptr<BarPlot> plotter_;
+  // What the plotter was made with and goes on reading, also after the page has set others.
+  std::shared_ptr<const ValueDictionary> plotterOptions_;
   NSTrackingAreaRef trackingArea_;
   PlotEntryRef currentHoverEntry_;
   CALayerRef currentHoverLayer_;
