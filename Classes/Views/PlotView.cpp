@@ -3,7 +3,6 @@
 #include <string_view>
 
 #include "Classes/Views/PiePlotView.h"
-#include "Classes/Views/SpendingOverTimeBarView.h"
 #include "Foundation/NSException.h"
 
 namespace zelkon {
@@ -22,7 +21,6 @@ struct Plot {
 
 constexpr Plot plots[] = {
     {"pie", makeView<PiePlotView>},
-    {"spendingOverTimeBarOrLine", makeView<SpendingOverTimeBarView>},
 };
 
 }  // namespace
