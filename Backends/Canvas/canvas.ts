@@ -58,7 +58,7 @@ class CanvasPool implements Pool {
       const [surface] = this.free.splice(index, 1);
       return surface;
     }
-    const made = makeCanvas(width, height);
+    const made = makeCanvas(width, height) ?? makeCanvas(1, 1);
     if (!made) throw new RangeError(`no canvas of ${width} by ${height} pixels`);
     return made;
   }

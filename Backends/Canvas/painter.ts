@@ -10,6 +10,7 @@ export interface Surface {
 
 // Canvases for groups, handed out and taken back.
 export interface Pool {
+  // At least that large; smaller when there is no memory for it.
   take(width: number, height: number): Surface;
   give(surface: Surface): void;
 }
@@ -19,6 +20,10 @@ type Numbers = ArrayLike<number>;
 // One entry for each CGBlendMode.
 const blends: GlobalCompositeOperation[] = ['source-over', 'overlay', 'copy', 'destination-in', 'lighter'];
 const copy = 2;
+
+// Text of sizes outside is drawn by scaling: engines round or refuse them.
+const smallestFont = 1;
+const largestFont = 10000;
 
 // The first letter belongs to a script that is written from the right.
 const readsFromRight = /^[^\p{L}]*[\u0590-\u08ff\ufb1d-\ufdff\ufe70-\ufeff]/u;
@@ -175,9 +180,11 @@ export class Painter {
   text(a: Numbers, text: string): void {
     const face = this.fonts.face(a[0]);
     const context = this.context;
+    const size = Math.min(Math.max(a[1], smallestFont), largestFont);
+    const scale = a[1] / size;
     context.save();
-    context.transform(face.widthFactor, 0, 0, -1, a[2], a[3]);
-    context.font = cssFont(face, a[1]);
+    context.transform(face.widthFactor * scale, 0, 0, -scale, a[2], a[3]);
+    context.font = cssFont(face, size);
     prepareForText(context);
     context.textAlign = 'left';
     context.direction = readsFromRight.test(text) ? 'rtl' : 'ltr';
@@ -206,6 +213,8 @@ export class Painter {
     if (this.levels.length < 2) return;
     const group = this.leave();
     const { surface, width, height, effects } = group;
+    const isLost = surface.canvas.width < width || surface.canvas.height < height;
+    if (isLost) return this.pool.give(surface);
     const [, , , , alpha, blend, brightness, hasShadow, dx, dy, sigma] = Array.from(effects);
     const context = this.context;
     context.save();

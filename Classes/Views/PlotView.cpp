@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "Classes/Views/PiePlotView.h"
+#include "Classes/Views/SpendingOverTimeBarView.h"
 #include "Foundation/NSException.h"
 
 namespace zelkon {
@@ -21,6 +22,7 @@ struct Plot {
 
 constexpr Plot plots[] = {
     {"pie", makeView<PiePlotView>},
+    {"spendingOverTimeBarOrLine", makeView<SpendingOverTimeBarView>},
 };
 
 }  // namespace

@@ -182,10 +182,18 @@ CTLine CTLineCreateTruncatedRange(const NSAttributedString& text, size_t begin, 
     tailBegin = CTFittingSuffixBegin(text, begin, end, room);
   } else {
     headEnd = CTFittingPrefixEnd(text, begin, end, room / 2);
-    tailBegin = CTFittingSuffixBegin(text, headEnd, end, room - CTWidthOfRange(text, begin, headEnd));
-    // What a wide character kept the tail from using goes to the head.
-    headEnd =
-        std::max(headEnd, CTFittingPrefixEnd(text, begin, tailBegin, room - CTWidthOfRange(text, tailBegin, end)));
+    tailBegin = CTFittingSuffixBegin(text, headEnd, end, room / 2);
+    // What wide characters left over goes to the narrower side, character by character.
+    while (headEnd < tailBegin) {
+      const double head = CTWidthOfRange(text, begin, headEnd), tail = CTWidthOfRange(text, tailBegin, end);
+      const bool growsHead = head <= tail;
+      const size_t longerHead = UTF8NextCharacter(text.string(), headEnd);
+      const size_t longerTail = UTF8PreviousCharacter(text.string(), tailBegin);
+      if (growsHead ? CTWidthOfRange(text, begin, longerHead) + tail > room
+                    : head + CTWidthOfRange(text, longerTail, end) > room)
+        break;
+      (growsHead ? headEnd : tailBegin) = growsHead ? longerHead : longerTail;
+    }
   }
   appendRange(line, text, begin, headEnd);
   appendText(line, token, ellipsis);

@@ -201,6 +201,18 @@ void brightness(CanvasTest& t) {
   t.expectPixel(0, 0, {37, 99, 128, 128}, 1);
 }
 
+void hugeGroup(CanvasTest& t) {
+  t.start(4, 4);
+  CGGroupEffects effects;
+  effects.blend = CGBlendMode::destinationIn;
+  effects.shadow = CGShadow{CGSizeMake(1e12, -1e12), 1e9, black};
+  t.fill(white, CGRectMake(0, 0, 4, 4));
+  t.fillInGroup(effects, red, CGRectMake(-1e9, -1e9, 2e9, 2e9));
+  t.expectPixel(1, 1, {255, 255, 255, 255});
+  t.fill(black, CGRectMake(0, 0, 4, 4));
+  t.expectPixel(1, 1, {0, 0, 0, 255});
+}
+
 void groupsOneAfterAnother(CanvasTest& t) {
   t.start(4, 4);
   CGGroupEffects effects;
@@ -233,6 +245,7 @@ std::vector<NamedCanvasTest> canvasEffectsTests() {
           {"destination-in with nothing erases everything", emptyDestinationIn},
           {"plus-lighter adds and clamps", adding},
           {"brightness multiplies plain colours and clamps", brightness},
+          {"a group too large is lost without harm to anything else", hugeGroup},
           {"a group starts out transparent", groupsOneAfterAnother}};
 }
 

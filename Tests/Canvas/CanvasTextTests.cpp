@@ -73,6 +73,22 @@ void fromTheRight(CanvasTest& t) {
   t.expect(dot == 0, "a low dot comes first");
 }
 
+void oddSizes(CanvasTest& t) {
+  t.start(40, 40);
+  t.context->showTextRun({FontFaceHelvetica(), 20, "H", {5, 10}});
+  const auto columns = inkColumns(t);
+  t.start(40, 40);
+  t.context->saveGState();
+  t.context->scaleCTM(100, 100);
+  t.context->showTextRun({FontFaceHelvetica(), 0.2, "H", {0.05, 0.1}});
+  t.context->restoreGState();
+  t.expect(inkColumns(t) == columns, "small text magnified is as large as text");
+  t.start(40, 40);
+  for (const double size : {1e-7, 1e7, 1e300}) t.context->showTextRun({FontFaceHelvetica(), size, "l", {5, 10}});
+  t.fill({1, 0, 0, 1}, CGRectMake(0, 0, 40, 40));
+  t.expectPixel(1, 1, {255, 0, 0, 255});
+}
+
 void manyTexts(CanvasTest& t) {
   t.start(40, 20);
   // More different texts than are remembered, the first one again at the end.
@@ -101,6 +117,7 @@ std::vector<NamedCanvasTest> canvasTextTests() {
           {"ink starts at the origin and ends with the advance", ink},
           {"letters stand upright on the baseline", baseline},
           {"text that reads from the right keeps its place", fromTheRight},
+          {"sizes beyond reason do no harm", oddSizes},
           {"texts beyond the remembered ones are still the right ones", manyTexts},
           {"the locale's texts reach the module", locale}};
 }

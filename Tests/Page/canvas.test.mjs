@@ -140,6 +140,55 @@ test('a command that fails leaves the rest of the frame alone', async () => {
   complaints.length = before;
 });
 
+// A group with its brightness, filled in one colour with half its alpha, in a fresh runtime; answers the pixel.
+const brightened = () =>
+  page.evaluate(() => {
+    const runtime = new CanvasRuntime();
+    const id = runtime.make(2, 2);
+    const group = [14, 15, 0, 0, 2, 2, 1, 0, 1.5, 0, 0, 0, 0, 0, 0, 0, 0];
+    const fill = [8, 19, 0, 0.2, 0.4, 0.8, 0.5, 0, 0, 0, 0, 1, 2, 0, 1, 2, 2, 1, 0, 2, 3];
+    runtime.replay(new Float64Array([1, 3, 7, id, 1, 3, 1, 7, ...group, ...fill, 15, 0, 2, 1, 7]), new Uint8Array(0));
+    const pixels = new Uint8Array(16);
+    runtime.read(id, pixels);
+    return Array.from(pixels.subarray(0, 4));
+  });
+
+// (0.3, 0.6, 1) at alpha 0.5, premultiplied.
+const expectBrightened = (pixel) => [38, 77, 128, 128].forEach((value, i) => assert.ok(Math.abs(pixel[i] - value) <= 1, `${pixel}`));
+
+test('brightness is the same where contexts have no filters', async (context) => {
+  expectBrightened(await brightened());
+  await page.evaluate(() => {
+    window.filter = Object.getOwnPropertyDescriptor(OffscreenCanvasRenderingContext2D.prototype, 'filter');
+    delete OffscreenCanvasRenderingContext2D.prototype.filter;
+  });
+  context.after(() => page.evaluate(() => Object.defineProperty(OffscreenCanvasRenderingContext2D.prototype, 'filter', window.filter)));
+  expectBrightened(await brightened());
+});
+
+test('pages without off-screen canvases draw on elements', async (context) => {
+  await page.evaluate(() => {
+    window.keptCanvas = window.OffscreenCanvas;
+    delete window.OffscreenCanvas;
+  });
+  context.after(() => page.evaluate(() => { window.OffscreenCanvas = window.keptCanvas; }));
+  expectBrightened(await brightened());
+});
+
+test('a group that is too large stays unseen, and what follows is drawn', async () => {
+  const pixel = await page.evaluate(() => {
+    const id = window.canvas.make(2, 2);
+    const huge = [14, 15, 0, 0, 40000, 40000, 1, 0, 1, 0, 0, 0, 0, 0, 0, 0, 0];
+    const fill = (...color) => [8, 19, 0, ...color, 0, 0, 0, 0, 1, 2, 0, 1, 2, 2, 1, 0, 2, 3];
+    const commands = [1, 3, 97, id, 1, 3, 1, 97, ...huge, ...fill(0, 1, 0, 1), 15, 0, ...fill(1, 0, 0, 1), 2, 1, 97];
+    window.canvas.replay(new Float64Array(commands), new Uint8Array(0));
+    const pixels = new Uint8Array(16);
+    window.canvas.read(id, pixels);
+    return Array.from(pixels.subarray(4, 8));
+  });
+  assert.deepEqual(pixel, [255, 0, 0, 255]);
+});
+
 const nbsp = '\u00a0';
 const narrow = '\u202f';
 const amounts = [
@@ -177,6 +226,25 @@ test('numbers and amounts read as the locale writes them', async () => {
     amounts,
   );
   assert.deepEqual(texts, amounts.map((row) => row[3]));
+});
+
+test('halves go to even where the engine has no rounding modes', async () => {
+  const texts = await page.evaluate(() => {
+    const kept = Intl.NumberFormat;
+    Intl.NumberFormat = class extends kept {
+      constructor(tag, options) {
+        super(tag, { ...options, roundingMode: undefined });
+      }
+    };
+    try {
+      const locale = new LocaleRuntime('en_US');
+      const text = (value, digits) => new TextDecoder().decode(locale.formatNumber(value, null, digits));
+      return [[0.5, 0], [1.5, 0], [2.5, 0], [-2.5, 0], [-0.5, 0], [2.4, 0], [2.6, 0], [0.125, 2], [Infinity, 0]].map((row) => text(...row));
+    } finally {
+      Intl.NumberFormat = kept;
+    }
+  });
+  assert.deepEqual(texts, ['0', '2', '2', '-2', '-0', '2', '3', '0.12', '∞']);
 });
 
 test('months are known by their names in the locale, whatever the case', async () => {

@@ -1,0 +1,266 @@
+#include "Classes/Plotting/LabelFitting.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+#include "AppKit/NSStringDrawing.h"
+#include "Foundation/Locale.h"
+#include "Foundation/NSAssertionHandler.h"
+#include "Foundation/NSLog.h"
+
+namespace zelkon::labelfitting {
+namespace {
+
+constexpr double kSmallestFont = 10;
+constexpr double kWidthStep = static_cast<double>(0.1f);
+constexpr double kNarrowest = static_cast<double>(-0.3f);
+// Makes the next width delta zero.
+constexpr double kBeforeFullWidth = static_cast<double>(0.1f);
+constexpr double kLargestFloat = 3.4028234663852886e38;
+
+NSFont adjustedFont(const NSFont& font, double sizeDelta, double widthDelta) {
+  NSFontDescriptor descriptor = NSFontDescriptorOfFont(font);
+  descriptor.widthAtTopLevel = descriptor.widthTraitInTraits + widthDelta;
+  return NSFontWithDescriptor(descriptor, descriptor.pointSize + sizeDelta);
+}
+
+NSAttributedString adjustedLabel(const NSAttributedString& label, double sizeDelta, double widthDelta) {
+  return label.withFonts([&](const NSFont& font) { return adjustedFont(font, sizeDelta, widthDelta); });
+}
+
+// Where the label's text stands in its slot, or nothing when the slot is too narrow.
+std::optional<CGRect> placedText(const NSAttributedString& label, const CGRect& slot) {
+  CGRect text = NSBoundingRectWithSize(label, slot.size);
+  if (slot.size.width < text.size.width) return std::nullopt;
+  if (text.size.width == 0) return text;
+  switch (label.paragraphStyle().alignment) {
+    case NSTextAlignment::left:
+    case NSTextAlignment::justified:
+      text.origin.x += slot.origin.x;
+      break;
+    case NSTextAlignment::right:
+      text.origin.x = slot.origin.x + slot.size.width - text.size.width;
+      break;
+    case NSTextAlignment::center:
+      text.origin.x = slot.size.width * 0.5 + slot.origin.x - text.size.width * 0.5;
+      break;
+    case NSTextAlignment::natural:
+      NSLog("Unrecognized text alignment in +[CashFlowPlot _labels:andRectsOverlap:withMargin:]");
+      break;
+  }
+  return text;
+}
+
+// The overlap test over labels that are made one by one: it stops at the first that fails, so a trial that is hopeless
+// costs one label.
+template <typename LabelAt>
+bool rowOverlaps(size_t count, LabelAt labelAt, const std::vector<CGRect>& rects, double margin) {
+  CGRect previous = NSZeroRect;
+  for (size_t i = 0; i < count; ++i) {
+    const NSAttributedString label = labelAt(i);
+    if (label.isEmpty()) continue;
+    const std::optional<CGRect> text = placedText(label, rects[i]);
+    if (!text) return true;
+    CGRect shifted = *text;
+    shifted.origin.x -= margin;
+    if (NSIntersectsRect(shifted, previous)) return true;
+    previous = *text;
+  }
+  return false;
+}
+
+// The walk over font widths and sizes that both ways of fitting share.
+class FontTrials {
+ public:
+  enum class Outcome { fits, goOn, exhausted };
+  Outcome next(const LabelRow& row, double margin) {
+    width_ -= kWidthStep;
+    if (width_ >= kNarrowest) {
+      const auto trial = [&](size_t i) { return adjustedLabel(row.labels[i], size_, width_); };
+      return rowOverlaps(row.labels.size(), trial, row.rects, margin) ? Outcome::goOn : Outcome::fits;
+    }
+    size_ -= 1;
+    if (!canAdjust(row.labels, size_)) return Outcome::exhausted;
+    width_ = kBeforeFullWidth;
+    return Outcome::goOn;
+  }
+  // For a new set of labels.
+  void restart() {
+    size_ = 0;
+    width_ = kBeforeFullWidth;
+  }
+  std::vector<NSAttributedString> labels(const LabelRow& row) const { return adjusted(row.labels, size_, width_); }
+
+ private:
+  double size_ = 0, width_ = 0;
+};
+
+class Span {
+ public:
+  void add(const CGRect& rect) {
+    start_ = std::min(start_, rect.origin.x);
+    end_ = std::max(end_, rect.origin.x + rect.size.width);
+  }
+  CGRect over(CGRect rect) const {
+    const bool unset = start_ == kLargestFloat;
+    if (unset && !mustBeSet_) return rect;
+    NSParameterAssert(!unset && end_ != -kLargestFloat, "HUGE != startX && -HUGE != endX",
+                      "+[CashFlowPlot _concatenateLabels:rects:intoGroupsOf:]", nullptr,
+                      "Classes/Plotting/CashFlowPlot", __LINE__);
+    rect.origin.x = start_;
+    rect.size.width = end_ - start_;
+    return rect;
+  }
+  void requireSet() { mustBeSet_ = true; }
+
+ private:
+  double start_ = kLargestFloat, end_ = -kLargestFloat;
+  bool mustBeSet_ = false;
+};
+
+LabelRow thinnedToMonths(const LabelRow& row, const std::vector<int>& months, int divisor) {
+  LabelRow thinned;
+  thinned.labels.resize(row.labels.size());
+  thinned.rects.resize(row.labels.size(), NSZeroRect);
+  for (size_t i = 0; i < row.labels.size(); ++i) {
+    const bool keep = months[i] == 1 || (divisor > 0 && (months[i] - 1) % divisor == 0);
+    if (!keep) continue;
+    thinned.labels[i] = row.labels[i];
+    thinned.rects[i] = {row.rects[i].origin, row.labels[i].size()};
+  }
+  return thinned;
+}
+
+}  // namespace
+
+CGSize maxSize(const std::vector<NSAttributedString>& labels) {
+  CGSize result;
+  for (const NSAttributedString& label : labels) {
+    const CGSize size = label.size();
+    result.width = std::max(result.width, size.width);
+    result.height = std::max(result.height, size.height);
+  }
+  return result;
+}
+
+bool overlap(const LabelRow& row, double margin) {
+  return rowOverlaps(
+      row.labels.size(), [&](size_t i) { return row.labels[i]; }, row.rects, margin);
+}
+
+std::vector<NSAttributedString> adjusted(const std::vector<NSAttributedString>& labels, double sizeDelta,
+                                         double widthDelta) {
+  std::vector<NSAttributedString> result;
+  result.reserve(labels.size());
+  for (const NSAttributedString& label : labels) result.push_back(adjustedLabel(label, sizeDelta, widthDelta));
+  return result;
+}
+
+bool canAdjust(const std::vector<NSAttributedString>& labels, double sizeDelta) {
+  for (const NSAttributedString& label : labels)
+    for (const NSAttributedString::Run& run : label.runs())
+      if (run.attributes.fontOrDefault().pointSize() + sizeDelta < kSmallestFont) return false;
+  return true;
+}
+
+LabelRow concatenated(const LabelRow& row, size_t groupSize) {
+  const size_t count = row.labels.size();
+  LabelRow merged;
+  merged.labels.resize(count);
+  merged.rects.resize(count, NSZeroRect);
+  if (count == 0 || groupSize == 0) return merged;
+  const auto middle = static_cast<size_t>(std::floor(static_cast<float>(groupSize - 1) * 0.5f));
+  const auto keep = [&](size_t index, const Span& span) {
+    merged.labels[index] = row.labels[index];
+    merged.rects[index] = span.over(row.rects[index]);
+  };
+
+  const size_t groups = count / groupSize;
+  for (size_t group = 0; group < groups; ++group) {
+    Span span;
+    for (size_t i = 0; i < groupSize; ++i) span.add(row.rects[group * groupSize + i]);
+    keep(group * groupSize + middle, span);
+  }
+  if (groups * groupSize == count) return merged;
+
+  // The tail is no group of its own: the last full group gives way to one that reaches the end.
+  if (groups > 0) {
+    const size_t last = (groups - 1) * groupSize + middle;
+    merged.labels[last] = {};
+    merged.rects[last] = NSZeroRect;
+  }
+  Span span;
+  span.requireSet();
+  const auto addFrom = [&](size_t first, size_t end) {
+    for (size_t i = first; i < std::min(end, count); ++i) span.add(row.rects[i]);
+  };
+  size_t kept;
+  if (groups < 2) {
+    kept = static_cast<size_t>(std::max(0.0, std::ceil(static_cast<double>(count) * 0.5 - 1)));
+    const size_t half = groupSize / 2;
+    const size_t first = kept > half ? kept - half : 0;
+    addFrom(first, first + groupSize);
+  } else {
+    kept = count - groupSize + middle;
+    addFrom(count - groupSize, count);
+  }
+  keep(kept, span);
+  return merged;
+}
+
+void fit(LabelRow& row, double margin) {
+  if (!overlap(row, margin)) return;
+  LabelRow working = row;
+  FontTrials trials;
+  size_t groupSize = 1;
+  const size_t count = row.labels.size();
+  for (;;) {
+    const FontTrials::Outcome outcome = trials.next(working, margin);
+    if (outcome == FontTrials::Outcome::fits) {
+      row = {trials.labels(working), std::move(working.rects)};
+      return;
+    }
+    if (outcome == FontTrials::Outcome::goOn) continue;
+    groupSize += 2;
+    trials.restart();
+    if (groupSize >= count) {
+      row = concatenated(row, count);
+      return;
+    }
+    working = concatenated(row, groupSize);
+  }
+}
+
+void fitMonths(LabelRow& row, double margin, const NSDateFormatter& formatter) {
+  if (!overlap(row, margin)) return;
+  const int monthsPerYear = NSCalendar::monthsPerYear();
+  std::vector<int> months;
+  LabelRow working = row;
+  FontTrials trials;
+  for (int level = 0;;) {
+    const FontTrials::Outcome outcome = trials.next(working, margin);
+    if (outcome == FontTrials::Outcome::fits) {
+      row = {trials.labels(working), std::move(working.rects)};
+      return;
+    }
+    if (outcome == FontTrials::Outcome::goOn) continue;
+    if (months.empty())
+      for (const NSAttributedString& label : row.labels)
+        months.push_back(NSCalendar::monthOfDate(formatter.monthFromString(label.string())));
+    const int divisor = level == 0 ? monthsPerYear / 4 : level == 1 ? monthsPerYear / 2 : 0;
+    LabelRow thinned = thinnedToMonths(row, months, divisor);
+    ++level;
+    // What this attempt tried is kept with the new rectangles: it is handed back when the pair fits, and in any case
+    // once there is nothing left to thin.
+    LabelRow pair{std::move(working.labels), thinned.rects};
+    if (level == 3 || !overlap(pair, margin)) {
+      row = std::move(pair);
+      return;
+    }
+    working = std::move(thinned);
+    trials.restart();
+  }
+}
+
+}  // namespace zelkon::labelfitting

@@ -1,0 +1,147 @@
+#include "QuartzCore/CATreePainter.h"
+
+#include <cmath>
+
+#include "CoreGraphics/CGGradient.h"
+#include "QuartzCore/CALayerPainting.h"
+
+namespace zelkon {
+
+namespace {
+
+// A layer's shadow turns and grows with the layer; the context wants it in the space that it was made with.
+CGShadow shadowOf(const CALayerProperties& p, const CGAffineTransform& ctm) {
+  const CGAffineTransform linear{ctm.a, ctm.b, ctm.c, ctm.d, 0, 0};
+  CGShadow shadow{CGSizeApplyAffineTransform(p.shadowOffset, linear),
+                  p.shadowRadius * std::sqrt(std::abs(ctm.a * ctm.d - ctm.b * ctm.c)), RGBA{0, 0, 0, 1}};
+  if (p.shadowColor) shadow.color = p.shadowColor->rgba();
+  shadow.color.alpha *= p.shadowOpacity;
+  return shadow;
+}
+
+CGBlendMode blendOf(const CALayerProperties& p) {
+  const bool overlays = p.compositingFilter && std::holds_alternative<CIOverlayBlendMode>(*p.compositingFilter);
+  return overlays ? CGBlendMode::overlay : CGBlendMode::normal;
+}
+
+constexpr double pixelTolerance = 1e-6;
+
+}  // namespace
+
+void CATreePainter::paint(const CAPreparedTree& tree) { paintRange(tree.layers(), 0, tree.layers().size()); }
+
+void CATreePainter::paintRange(const std::vector<CAPreparedLayer>& layers, size_t begin, size_t end) {
+  const size_t depth = open_.size();
+  for (size_t i = begin; i < end;) {
+    while (open_.size() > depth && layers[open_.back().index].end <= i) leave(layers);
+    i = enter(layers, i, true) ? i + 1 : layers[i].end;
+  }
+  while (open_.size() > depth) leave(layers);
+}
+
+void CATreePainter::paintFlattened(const std::vector<CAPreparedLayer>& layers, size_t index) {
+  if (enter(layers, index, false)) {
+    paintRange(layers, index + 1, layers[index].end);
+    leave(layers);
+  }
+}
+
+bool CATreePainter::enter(const std::vector<CAPreparedLayer>& layers, size_t index, bool placed) {
+  const CAPreparedLayer& prepared = layers[index];
+  const CALayerProperties& p = *prepared.shown;
+  if (CGRectIsEmpty(prepared.shadowed)) return false;
+  const bool moving = prepared.moves || (!open_.empty() && open_.back().moving);
+  context_.saveGState();
+  Open open{index, 0, false, moving};
+  if (placed) {
+    context_.concatCTM(prepared.toSuperlayer);
+    if (prepared.isGroup(context_)) {
+      if (paintPicture(layers, index, moving)) {
+        context_.restoreGState();
+        return false;
+      }
+      CGGroupEffects effects;
+      effects.alpha = prepared.alpha;
+      effects.blend = blendOf(p);
+      context_.beginGroup(effects, prepared.shadowed);
+      ++open.groups;
+    } else {
+      context_.setAlpha(prepared.alpha);
+    }
+  }
+  if (prepared.hasShadow() || prepared.brightness != 1) {
+    if (prepared.hasShadow() && p.masksToBounds) CALayerClipToBounds(context_, p, scale_);
+    CGGroupEffects effects;
+    effects.brightness = prepared.brightness;
+    if (prepared.hasShadow()) effects.shadow = shadowOf(p, context_.ctm());
+    context_.beginGroup(effects, prepared.painted);
+    ++open.groups;
+  }
+  if (prepared.generator != nullptr) {
+    context_.saveGState();
+    context_.clipToRect(p.bounds);
+    context_.drawRadialGradient(prepared.generator->gradient(), prepared.generator->inputCenter,
+                                prepared.generator->inputRadius,
+                                kCGGradientDrawsBeforeStartLocation | kCGGradientDrawsAfterEndLocation);
+    context_.restoreGState();
+    open_.push_back(open);
+    return true;
+  }
+  CALayerPaintBackground(context_, p, scale_);
+  const bool contentsFirst = !p.masksToBounds || !CALayerContentsNeedClip(p);
+  if (p.contents && pictures_ != nullptr && !CALayerReplaysContents(context_, *p.contents))
+    pictures_->noteContents(*prepared.layer);
+  if (contentsFirst) CALayerPaintContents(context_, p, scale_);
+  if (p.masksToBounds && (prepared.sublayerCount > 0 || !contentsFirst)) {
+    context_.saveGState();
+    CALayerClipToBounds(context_, p, scale_);
+    open.clipped = true;
+  }
+  if (!contentsFirst) CALayerPaintContents(context_, p, scale_);
+  open_.push_back(open);
+  return true;
+}
+
+void CATreePainter::leave(const std::vector<CAPreparedLayer>& layers) {
+  const Open open = open_.back();
+  open_.pop_back();
+  const CAPreparedLayer& prepared = layers[open.index];
+  if (open.clipped) context_.restoreGState();
+  if (prepared.generator == nullptr) CALayerPaintBorder(context_, *prepared.shown, scale_);
+  if (prepared.mask) {
+    // What the mask covers stays, as far as it covers it.
+    CGGroupEffects effects;
+    effects.blend = CGBlendMode::destinationIn;
+    context_.beginGroup(effects, prepared.painted);
+    CATreePainter(context_, scale_, nullptr).paint(*prepared.mask);
+    context_.endGroup();
+  }
+  for (int i = 0; i < open.groups; ++i) context_.endGroup();
+  context_.restoreGState();
+}
+
+bool CATreePainter::liesOnPixels() const {
+  const CGAffineTransform& t = context_.ctm();
+  const auto isWhole = [](double value) { return std::abs(value - std::round(value)) < pixelTolerance; };
+  return t.a == 1 && t.b == 0 && t.c == 0 && t.d == 1 && isWhole(t.tx * scale_) && isWhole(t.ty * scale_);
+}
+
+bool CATreePainter::paintPicture(const std::vector<CAPreparedLayer>& layers, size_t index, bool moving) {
+  if (pictures_ == nullptr) return false;
+  const CAPreparedLayer& prepared = layers[index];
+  // A resting layer off the pixel grid would be blurred by its picture; one on the move is not looked at that closely.
+  if (context_.prefersRecordings() || prepared.changes || !(moving || liesOnPixels())) {
+    pictures_->noteRepaint();
+    return false;
+  }
+  const CAPictureCache::Picture* picture = pictures_->picture(
+      *prepared.layer, prepared.shadowed,
+      [&](CGContext& context) { CATreePainter(context, scale_, nullptr).paintFlattened(layers, index); });
+  if (picture == nullptr) return false;
+  context_.setAlpha(prepared.alpha);
+  context_.setBlendMode(blendOf(*prepared.shown));
+  context_.drawImage(picture->rect, picture->image);
+  return true;
+}
+
+}  // namespace zelkon

@@ -1,0 +1,39 @@
+// Paints a prepared tree into a context.
+#pragma once
+
+#include "QuartzCore/CAPictureCache.h"
+#include "QuartzCore/CAPreparedTree.h"
+
+namespace zelkon {
+
+class CATreePainter {
+ public:
+  // `pictures` may be null: everything is then painted directly.
+  CATreePainter(CGContext& context, double scale, CAPictureCache* pictures)
+      : context_(context), scale_(scale), pictures_(pictures) {}
+  // The context's user space is the superlayer's of the root.
+  void paint(const CAPreparedTree& tree);
+
+ private:
+  struct Open {
+    size_t index;
+    int groups;
+    bool clipped;
+    bool moving;
+  };
+  // The subtree without its place, its opacity and its way of mixing: what its picture holds.
+  void paintFlattened(const std::vector<CAPreparedLayer>& layers, size_t index);
+  void paintRange(const std::vector<CAPreparedLayer>& layers, size_t begin, size_t end);
+  // Saves the state; false when the layer is done with already.
+  bool enter(const std::vector<CAPreparedLayer>& layers, size_t index, bool placed);
+  void leave(const std::vector<CAPreparedLayer>& layers);
+  bool paintPicture(const std::vector<CAPreparedLayer>& layers, size_t index, bool moving);
+  bool liesOnPixels() const;
+
+  CGContext& context_;
+  double scale_;
+  CAPictureCache* pictures_;
+  std::vector<Open> open_;
+};
+
+}  // namespace zelkon

@@ -1,0 +1,20 @@
+#include <gtest/gtest.h>
+
+#include "AppKit/NSBundle.h"
+
+namespace zelkon {
+namespace {
+
+TEST(NSBundle, AsksTheHostForItsResources) {
+  NSBundle bundle;
+  EXPECT_FALSE(bundle.dataForImageResource("shadow_left"));
+  bundle.setLoader([](const std::string& name) -> std::optional<std::vector<uint8_t>> {
+    if (name != "shadow_left") return std::nullopt;
+    return std::vector<uint8_t>{1, 2, 3};
+  });
+  EXPECT_EQ(bundle.dataForImageResource("shadow_left"), (std::vector<uint8_t>{1, 2, 3}));
+  EXPECT_FALSE(bundle.dataForImageResource("other"));
+}
+
+}  // namespace
+}  // namespace zelkon
