@@ -1,0 +1,53 @@
+#include "Hosts/Headless/ChartPicture.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+
+#include "Backends/Cairo/CairoDevice.h"
+#include "Backends/Cairo/CairoDocument.h"
+#include "Hosts/Headless/OutputFile.h"
+#include "Hosts/Headless/Scenario.h"
+
+namespace zelkon {
+namespace {
+
+template <typename Paint>
+std::string pixels(CGSize size, CairoDevice& device, double scale, Paint paint) {
+  const auto side = [&](double points) { return std::max(1, static_cast<int>(std::ceil(points * scale - 1e-6))); };
+  const std::shared_ptr<Surface> surface = device.makeSurface(side(size.width), side(size.height));
+  if (!surface) throw FileError("the picture is too large for the memory there is");
+  {
+    const std::unique_ptr<CGContext> context = device.contextForSurface(surface, scale);
+    paint(*context);
+    context->flush();
+  }
+  return device.encodePNG(*surface);
+}
+
+}  // namespace
+
+PictureFormat pictureFormatOf(const std::string& path) {
+  const size_t dot = path.rfind('.');
+  std::string ending = dot == std::string::npos ? "" : path.substr(dot + 1);
+  for (char& c : ending) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  if (ending == "png") return PictureFormat::png;
+  if (ending == "svg") return PictureFormat::svg;
+  if (ending == "pdf") return PictureFormat::pdf;
+  throw ScenarioError(path + ": the name must end in .png, .svg or .pdf");
+}
+
+std::string screenPicture(PlugInHost& host, CairoDevice& device, double scale) {
+  return pixels(host.size(), device, scale, [&](CGContext& context) { host.compose(context, scale); });
+}
+
+std::string printedPicture(PlugInHost& host, CairoDevice& device, double scale, PictureFormat format) {
+  if (format == PictureFormat::png)
+    return pixels(host.size(), device, scale, [&](CGContext& context) { host.print(context); });
+  CairoDocument document(device, format == PictureFormat::svg ? CairoDocument::Format::svg : CairoDocument::Format::pdf,
+                         host.size());
+  host.print(document.context());
+  return document.finish();
+}
+
+}  // namespace zelkon

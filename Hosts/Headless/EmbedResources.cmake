@@ -1,0 +1,12 @@
+# Writes OUTPUT, a C++ source with the bytes of every FILES entry (separated by |) behind resourceNamed().
+string(REPLACE "|" ";" files "${FILES}")
+set(source "#include \"Hosts/Headless/Resources.h\"\n\nnamespace zelkon {\n\n")
+string(APPEND source "std::optional<std::vector<uint8_t>> resourceNamed(const std::string& name) {\n")
+foreach(file ${files})
+  get_filename_component(name ${file} NAME)
+  file(READ ${file} bytes HEX)
+  string(REGEX REPLACE "(..)" "0x\\1," bytes "${bytes}")
+  string(APPEND source "  if (name == \"${name}\") return std::vector<uint8_t>{${bytes}};\n")
+endforeach()
+string(APPEND source "  return std::nullopt;\n}\n\n}  // namespace zelkon\n")
+file(WRITE ${OUTPUT} "${source}")

@@ -1,0 +1,14 @@
+// The layer tree of a view as JSON, for comparing hosts and for looking inside a chart.
+#pragma once
+
+#include <string>
+
+#include "Classes/Views/CALayerPlotView.h"
+
+namespace zelkon {
+
+// Geometry in points, y up; transforms as 16 numbers, left out when identity; `presentation` holds the values that
+// animations show at `time`. One trailing newline.
+std::string layerDump(CALayerPlotView& view, double time);
+
+}  // namespace zelkon

@@ -1,0 +1,147 @@
+#include "Hosts/Headless/ScenarioPlayer.h"
+
+#include <algorithm>
+
+#include "AppKit/NSBundle.h"
+#include "Backends/Cairo/CairoDevice.h"
+#include "Backends/Cairo/IcuLocaleServices.h"
+#include "Foundation/NSException.h"
+#include "Foundation/NSLog.h"
+#include "Hosts/Headless/ChartPicture.h"
+#include "Hosts/Headless/LayerDump.h"
+#include "Hosts/Headless/OutputFile.h"
+#include "Hosts/Headless/PlugInHost.h"
+#include "Hosts/Headless/Resources.h"
+#include "QuartzCore/CATransaction.h"
+
+namespace zelkon {
+namespace {
+
+// No opening lasts longer than its slowest bar; this only bounds a chart of absurd height.
+constexpr double kLongestOpening = 60;
+
+// One scenario being played: the clock at zero, the log and the locale its own, the earlier ones back at its end.
+class Player {
+ public:
+  Player(const Scenario& scenario, const std::string& name, const PlayOptions& options, HeadlessServices& services,
+         const Transcript::Sink& sink)
+      : scenario_(scenario), services_(services), transcript_(sink), scale_(options.scale.value_or(scenario.scale)) {
+    CASetCurrentMediaTime(0);
+    services.device().setScreenScale(scale_);
+    locale_ = LocaleServices::install(std::make_shared<IcuLocaleServices>(options.locale.value_or(scenario.locale)));
+    log_ = NSSetLogSink([this](std::string_view line) { transcript_.log(line); });
+    try {
+      host_.emplace(scenario.plot, options.size.value_or(scenario.size), scrolls(scenario), transcript_);
+    } catch (const NSException& exception) {
+      restore();
+      throw ScenarioError(name + ": /plot: " + exception.reason());
+    }
+  }
+  ~Player() {
+    host_.reset();
+    CATransaction::deliverEndedAnimations();
+    restore();
+  }
+  Player(const Player&) = delete;
+  Player& operator=(const Player&) = delete;
+
+  PlugInHost& host() { return *host_; }
+  double scale() const { return scale_; }
+
+  void play(const std::string& folder) {
+    folder_ = folder;
+    if (!scenario_.steps) {
+      if (scenario_.options) host_->call("SetPlotOptions", {*scenario_.options});
+      if (scenario_.data) host_->call("SetPlotData", {*scenario_.data});
+      host_->waitForAnimations(kLongestOpening);
+      return;
+    }
+    for (const ScenarioStep& step : *scenario_.steps) std::visit([this](const auto& s) { carryOut(s); }, step);
+  }
+
+ private:
+  static bool scrolls(const Scenario& scenario) {
+    return scenario.steps && std::any_of(scenario.steps->begin(), scenario.steps->end(), [](const ScenarioStep& step) {
+             return std::holds_alternative<ScrollStep>(step);
+           });
+  }
+  void restore() {
+    NSSetLogSink(std::move(log_));
+    LocaleServices::install(std::move(locale_));
+  }
+  std::string place(const std::string& file) const { return folder_.empty() ? file : folder_ + "/" + file; }
+
+  void carryOut(const CallStep& step) {
+    const Value result = host_->call(step.name, step.arguments);
+    if (!result.isNull() && !result.isUndefined()) transcript_.result(step.name, result);
+  }
+  void carryOut(const WaitStep& step) { host_->wait(step.seconds); }
+  void carryOut(const MouseStep& step) {
+    switch (step.kind) {
+      case MouseStep::Kind::moved:
+      case MouseStep::Kind::entered:
+        return host_->mouseMoved(step.at);
+      case MouseStep::Kind::down:
+        return host_->mouseDown(step.at);
+      case MouseStep::Kind::exited:
+        return host_->mouseExited();
+    }
+  }
+  void carryOut(const SnapshotStep& step) {
+    host_->settle();
+    writeWholeFile(place(step.file), screenPicture(*host_, services_.device(), scale_));
+  }
+  void carryOut(const LayersStep& step) {
+    host_->settle();
+    writeWholeFile(place(step.file), layerDump(*host_->view(), CACurrentMediaTime()));
+  }
+  void carryOut(const PrintStep& step) {
+    host_->settle();
+    const PictureFormat format = pictureFormatOf(step.file);
+    writeWholeFile(place(step.file), printedPicture(*host_, services_.device(), scale_, format));
+  }
+  void carryOut(const FrameStep& step) { host_->setFrame(step.size); }
+  void carryOut(const ResizeStep& step) { host_->resize(step.size); }
+  void carryOut(const ScrollStep& step) { host_->scroll(step.offset); }
+  void carryOut(const LifecycleStep& step) {
+    if (step.kind == LifecycleStep::Kind::stop) return host_->stop();
+    host_->destroy();
+  }
+
+  const Scenario& scenario_;
+  HeadlessServices& services_;
+  Transcript transcript_;
+  double scale_;
+  std::string folder_;
+  std::shared_ptr<LocaleServices> locale_;
+  LogSink log_;
+  std::optional<PlugInHost> host_;
+};
+
+}  // namespace
+
+HeadlessServices::HeadlessServices() : device_(std::make_unique<CairoDevice>()) {
+  GraphicsDevice::install(device_.get());
+  NSBundle::mainBundle().setLoader(resourceNamed);
+}
+
+HeadlessServices::~HeadlessServices() {
+  if (GraphicsDevice::current() == device_.get()) GraphicsDevice::install(nullptr);
+  NSBundle::mainBundle().setLoader(nullptr);
+}
+
+void playScenario(const Scenario& scenario, const std::string& name, const PlayOptions& options,
+                  const std::string& folder, HeadlessServices& services, const Transcript::Sink& sink) {
+  Player(scenario, name, options, services, sink).play(folder);
+}
+
+std::string renderScenario(const Scenario& scenario, const std::string& name, const PlayOptions& options,
+                           const std::string& format, HeadlessServices& services, const Transcript::Sink& sink) {
+  const PictureFormat kind = pictureFormatOf("." + format);
+  Player player(scenario, name, options, services, sink);
+  player.play("");
+  if (kind == PictureFormat::png) return screenPicture(player.host(), services.device(), player.scale());
+  return printedPicture(player.host(), services.device(), player.scale(), kind);
+}
+
+}  // namespace zelkon

@@ -1,0 +1,40 @@
+// Plays a scenario from its first step to its last.
+#pragma once
+
+#include <string>
+
+#include "Hosts/Headless/Scenario.h"
+#include "Hosts/Headless/Transcript.h"
+
+namespace zelkon {
+
+class CairoDevice;
+
+// What a process needs once: the drawing device, the plug-in's resources. Installs them for as long as it lives.
+class HeadlessServices {
+ public:
+  HeadlessServices();
+  ~HeadlessServices();
+  CairoDevice& device() { return *device_; }
+
+ private:
+  std::unique_ptr<CairoDevice> device_;
+};
+
+// Overrides of what the file says.
+struct PlayOptions {
+  std::optional<CGSize> size;
+  std::optional<double> scale;
+  std::optional<std::string> locale;
+};
+
+// Plays every step; files that steps name are written below `folder`. The media clock starts at 0. Throws ScenarioError
+// for an unknown plot (`name` is the file in its text) and FileError.
+void playScenario(const Scenario& scenario, const std::string& name, const PlayOptions& options,
+                  const std::string& folder, HeadlessServices& services, const Transcript::Sink& sink);
+// Plays the scenario and gives the chart at its end as the bytes of a picture: PNG as on the screen, SVG and PDF as
+// printed.
+std::string renderScenario(const Scenario& scenario, const std::string& name, const PlayOptions& options,
+                           const std::string& format, HeadlessServices& services, const Transcript::Sink& sink);
+
+}  // namespace zelkon
