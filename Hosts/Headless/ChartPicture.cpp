@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "Backends/Cairo/CairoDevice.h"
-#include "Backends/Cairo/CairoDocument.h"
+#include "Backends/Cairo/VectorDocument.h"
 #include "Hosts/Headless/OutputFile.h"
 #include "Hosts/Headless/Scenario.h"
 
@@ -44,10 +44,11 @@ std::string screenPicture(PlugInHost& host, CairoDevice& device, double scale) {
 std::string printedPicture(PlugInHost& host, CairoDevice& device, double scale, PictureFormat format) {
   if (format == PictureFormat::png)
     return pixels(host.size(), device, scale, [&](CGContext& context) { host.print(context); });
-  CairoDocument document(device, format == PictureFormat::svg ? CairoDocument::Format::svg : CairoDocument::Format::pdf,
-                         host.size());
-  host.print(document.context());
-  return document.finish();
+  const std::unique_ptr<VectorDocument> document =
+      format == PictureFormat::svg ? makeSVGDocument(device, host.size()) : makePDFDocument(device, host.size());
+  if (!document) throw FileError("a chart without a size cannot be printed");
+  host.print(document->context());
+  return document->finish();
 }
 
 }  // namespace zelkon

@@ -95,18 +95,14 @@ Value PlugInHost::call(const std::string& name, const ValueArray& arguments) {
   ValueArray passed;
   std::shared_ptr<MemoryScriptObject> written;
   for (const Value& argument : arguments) {
-    if (!argument.isArray() && !argument.isDictionary()) {
-      passed.push_back(argument);
-      continue;
-    }
-    const auto object = std::make_shared<MemoryScriptObject>(argument);
-    if (argument.isDictionary()) written = object;
-    passed.push_back(object);
+    const Value value = MemoryScriptObject::valueFromPage(argument);
+    if (argument.isDictionary()) written = value.object<MemoryScriptObject>();
+    passed.push_back(value);
   }
   const std::shared_ptr<CALayerPlotView> view = view_;
   const std::optional<Value> result = WebScriptInvoke(*view->objectForWebScript(), name, passed);
   CATransaction::flush();
-  if (written) return written->value();
+  if (written) return written->changedProperties();
   return result.value_or(Value());
 }
 

@@ -1,0 +1,132 @@
+// The command as a shell sees it: exit statuses, the one error line, and no half-written files.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+
+#include "Hosts/Headless/OutputFile.h"
+
+namespace zelkon {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Outcome {
+  int status;
+  std::string output, errors;
+};
+
+class CommandTest : public testing::Test {
+ protected:
+  CommandTest() : folder_(fs::temp_directory_path() / fs::path("zelkon-command-" + std::to_string(getpid()))) {
+    fs::create_directories(folder_);
+    write("pie.json", R"({"plot": "pie", "size": [300, 200], "data": [{"key": "Rent", "value": 3}]})");
+  }
+  ~CommandTest() override { fs::remove_all(folder_); }
+
+  void write(const std::string& name, const std::string& text) { std::ofstream(folder_ / name) << text; }
+  bool exists(const std::string& name) const { return fs::exists(folder_ / name); }
+  size_t files() const {
+    return static_cast<size_t>(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()));
+  }
+
+  Outcome run(const std::string& arguments, const std::string& before = "") {
+    const std::string command = "cd '" + folder_.string() + "' && " + before + "'" ZELKON_COMMAND "' " + arguments +
+                                " >.output 2>.errors" + (before.empty() ? " </dev/null" : "");
+    const int status = std::system(command.c_str());
+    Outcome outcome{WEXITSTATUS(status), readWholeFile((folder_ / ".output").string()),
+                    readWholeFile((folder_ / ".errors").string())};
+    fs::remove(folder_ / ".output");
+    fs::remove(folder_ / ".errors");
+    return outcome;
+  }
+
+  fs::path folder_;
+};
+
+TEST_F(CommandTest, RendersEveryFormat) {
+  for (const char* name : {"pie.png", "pie.svg", "pie.pdf"}) {
+    EXPECT_EQ(run(std::string("render pie.json -o ") + name).status, 0) << name;
+    EXPECT_TRUE(exists(name)) << name;
+  }
+}
+
+TEST_F(CommandTest, RendersSeveralFilesInOneProcess) {
+  EXPECT_EQ(run("render pie.json pie.json -o a.png -o b.svg --scale 2").status, 0);
+  EXPECT_TRUE(exists("a.png"));
+  EXPECT_TRUE(exists("b.svg"));
+}
+
+TEST_F(CommandTest, ReadsStandardInput) {
+  EXPECT_EQ(run("render - -o in.png", "cat pie.json | ").status, 0);
+  EXPECT_TRUE(exists("in.png"));
+}
+
+TEST_F(CommandTest, PlayPrintsTheTranscript) {
+  const Outcome outcome = run("play pie.json");
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_EQ(outcome.output, "0.250 page SpendingTrendsHaveDisplayed()\n");
+}
+
+TEST_F(CommandTest, MalformedJSON) {
+  write("bad.json", "{\"plot\": \"pie\",,}");
+  const Outcome outcome = run("render bad.json -o bad.png");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.errors, "zelkon-plot: bad.json: line 1, column 16: this is not JSON\n");
+  EXPECT_FALSE(exists("bad.png"));
+}
+
+TEST_F(CommandTest, MissingKey) {
+  write("bad.json", R"({"plot": "pie"})");
+  const Outcome outcome = run("render bad.json -o bad.png");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.errors, "zelkon-plot: bad.json: /: \"data\" is missing\n");
+  EXPECT_FALSE(exists("bad.png"));
+}
+
+TEST_F(CommandTest, UnknownPlot) {
+  write("bad.json", R"({"plot": "donut", "data": []})");
+  const Outcome outcome = run("render bad.json -o bad.png");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.errors, "zelkon-plot: bad.json: /plot: Unknown plotName parameter \"donut\"\n");
+  EXPECT_FALSE(exists("bad.png"));
+}
+
+TEST_F(CommandTest, UnreadableInput) {
+  const Outcome outcome = run("render absent.json -o a.png");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.errors, "zelkon-plot: absent.json: cannot be read: No such file or directory\n");
+}
+
+TEST_F(CommandTest, UnwritableOutput) {
+  const size_t before = files();
+  const Outcome outcome = run("render pie.json -o absent/pie.png");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.errors, "zelkon-plot: absent/pie.png: cannot be written: No such file or directory\n");
+  EXPECT_EQ(files(), before);
+}
+
+TEST_F(CommandTest, WrongUsage) {
+  for (const char* arguments :
+       {"", "draw pie.json", "render pie.json", "render pie.json -o pie.gif", "render pie.json -o a.png -o b.png",
+        "render pie.json -o a.png --size wide", "render pie.json -o a.png --scale 0"}) {
+    const Outcome outcome = run(arguments);
+    EXPECT_EQ(outcome.status, 2) << arguments;
+    EXPECT_EQ(std::count(outcome.errors.begin(), outcome.errors.end(), '\n'), 1) << arguments << outcome.errors;
+  }
+  EXPECT_EQ(files(), 1u);
+}
+
+TEST_F(CommandTest, HelpAndVersion) {
+  EXPECT_EQ(run("--help").status, 0);
+  const Outcome version = run("--version");
+  EXPECT_EQ(version.status, 0);
+  EXPECT_EQ(version.output.substr(0, 12), "zelkon-plot ");
+}
+
+}  // namespace
+}  // namespace zelkon
