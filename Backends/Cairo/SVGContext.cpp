@@ -100,7 +100,7 @@ void SVGContext::add(const std::string& element, CGBlendMode blend) {
   if (group.openClip != state().clip) {
     closeClip(group);
     group.openClip = state().clip;
-    group.body += "<g" + reference("clip-path", group.openClip) + ">\n";
+    if (!group.openClip.empty()) group.body += "<g" + reference("clip-path", group.openClip) + ">\n";
   }
   const std::string style = blendStyle(blend);
   group.body += style.empty() ? element : "<g style=\"" + style + "\">" + element + "</g>\n";

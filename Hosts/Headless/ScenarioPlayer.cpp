@@ -20,13 +20,13 @@ namespace {
 // No opening lasts longer than its slowest bar; this only bounds a chart of absurd height.
 constexpr double kLongestOpening = 60;
 
-// One scenario being played: the clock at zero, the log and the locale its own, the earlier ones back at its end.
+// One scenario being played: its transcript beginning at zero, the log and the locale its own, the earlier ones back at
+// its end.
 class Player {
  public:
   Player(const Scenario& scenario, const std::string& name, const PlayOptions& options, HeadlessServices& services,
          const Transcript::Sink& sink)
       : scenario_(scenario), services_(services), transcript_(sink), scale_(options.scale.value_or(scenario.scale)) {
-    CASetCurrentMediaTime(0);
     services.device().setScreenScale(scale_);
     locale_ = LocaleServices::install(std::make_shared<IcuLocaleServices>(options.locale.value_or(scenario.locale)));
     log_ = NSSetLogSink([this](std::string_view line) { transcript_.log(line); });

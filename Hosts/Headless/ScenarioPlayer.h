@@ -28,8 +28,8 @@ struct PlayOptions {
   std::optional<std::string> locale;
 };
 
-// Plays every step; files that steps name are written below `folder`. The media clock starts at 0. Throws ScenarioError
-// for an unknown plot (`name` is the file in its text) and FileError.
+// Plays every step; files that steps name are written below `folder`. Times in the transcript start at 0. Throws
+// ScenarioError for an unknown plot (`name` is the file in its text) and FileError.
 void playScenario(const Scenario& scenario, const std::string& name, const PlayOptions& options,
                   const std::string& folder, HeadlessServices& services, const Transcript::Sink& sink);
 // Plays the scenario and gives the chart at its end as the bytes of a picture: PNG as on the screen, SVG and PDF as

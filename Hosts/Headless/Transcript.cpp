@@ -37,9 +37,11 @@ std::string jsonText(const Value& value) {
   return jsonOf(value).dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
 }
 
+Transcript::Transcript(Sink sink) : sink_(std::move(sink)), start_(CACurrentMediaTime()) {}
+
 void Transcript::write(std::string_view kind, const std::string& text) {
   char time[32];
-  std::snprintf(time, sizeof time, "%.3f", CACurrentMediaTime());
+  std::snprintf(time, sizeof time, "%.3f", CACurrentMediaTime() - start_);
   sink_(std::string(time) + " " + std::string(kind) + " " + text);
 }
 

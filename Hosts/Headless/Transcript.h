@@ -1,4 +1,4 @@
-// What happened, one line per event with the media time: "0.267 page GraphHasDisplayed()".
+// What happened, one line per event with the media time since the transcript began: "0.267 page GraphHasDisplayed()".
 #pragma once
 
 #include <functional>
@@ -12,7 +12,7 @@ namespace zelkon {
 class Transcript {
  public:
   using Sink = std::function<void(const std::string& line)>;
-  explicit Transcript(Sink sink) : sink_(std::move(sink)) {}
+  explicit Transcript(Sink sink);
   void page(std::string_view function, const ValueArray& arguments);
   void log(std::string_view text);
   void result(std::string_view call, const Value& value);
@@ -20,6 +20,7 @@ class Transcript {
  private:
   void write(std::string_view kind, const std::string& text);
   Sink sink_;
+  double start_;
 };
 
 // JSON text of a value; whole numbers without a point, integers exactly, undefined as null.

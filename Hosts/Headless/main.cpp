@@ -37,7 +37,11 @@ std::string endingOf(const std::string& path) {
   return path.substr(path.rfind('.') + 1);
 }
 
-void logToStandardError(const std::string& line) { std::cerr << line << '\n'; }
+// Of a chart that is only drawn, what the plug-in logs is worth a word and what its page is told is not.
+void logToStandardError(const std::string& line) {
+  if (const size_t kind = line.find(' ') + 1; line.compare(kind, 4, "log ") == 0)
+    std::cerr << "zelkon-plot: " << line.substr(kind + 4) << '\n';
+}
 
 void render(const std::vector<std::string>& files, const std::vector<std::string>& outputs,
             const PlayOptions& options) {

@@ -211,6 +211,18 @@ TEST_F(VectorDocuments, SVGElementsAreBalancedWhateverIsDrawn) {
   EXPECT_TRUE(has(text, "dx=\"3\" dy=\"3\""));
 }
 
+TEST_F(VectorDocuments, SVGDrawingAfterAClipIsUndoneStandsOutsideIt) {
+  const std::string page = svg([](CGContext& context) {
+    context.saveGState();
+    context.clipToRect({{0, 0}, {10, 10}});
+    context.fillRect({{0, 0}, {20, 20}});
+    context.restoreGState();
+    context.fillRect({{30, 30}, {5, 5}});
+  });
+  EXPECT_FALSE(has(page, "url(#)")) << page;
+  EXPECT_EQ(count(page, "<g"), count(page, "</g>")) << page;
+}
+
 TEST_F(VectorDocuments, SVGLeavesOutCharactersThatXMLCannotHold) {
   const std::string text = svg([](CGContext& page) {
     page.showTextRun({FontFaceHelvetica(), 12,

@@ -50,7 +50,7 @@ TEST_F(ScenarioPlayerTest, TheColourAskedForIsAResultLine) {
       play(std::string("{") + kPie + R"("steps": [{"call": "SliceColorAtIndex", "arguments": [1, 3, {}]}]})");
   ASSERT_EQ(lines.size(), 1u);
   EXPECT_EQ(lines[0].substr(0, 32), "0.000 result SliceColorAtIndex {");
-  for (const char* key : {"\"red\":0.82", "\"green\":0.20", "\"blue\":0.24", "\"alpha\":1"})
+  for (const char* key : {"\"red\":0.8199999928474426", "\"green\":0.2049999982", "\"blue\":0.24189", "\"alpha\":1"})
     EXPECT_NE(lines[0].find(key), std::string::npos) << key << " in " << lines[0];
 }
 
