@@ -11,6 +11,7 @@ namespace {
 
 constexpr const char* ellipsis = "\xE2\x80\xA6";
 constexpr double widthTolerance = 1e-6;
+constexpr size_t shortText = 256;  // bytes
 
 bool isControl(char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }
 
@@ -129,6 +130,8 @@ double CTWidthOfRange(const NSAttributedString& text, size_t begin, size_t end) 
 }
 
 size_t CTFittingPrefixEnd(const NSAttributedString& text, size_t begin, size_t end, double width) {
+  // Most labels fit, and their whole width is remembered.
+  if (end - begin <= shortText && CTWidthOfRange(text, begin, end) <= width) return end;
   const std::string_view characters = std::string_view(text.string()).substr(0, end);
   std::vector<size_t> places{begin};
   const auto exists = [&](size_t n) {
