@@ -212,12 +212,12 @@ TEST_F(VectorDocuments, SVGElementsAreBalancedWhateverIsDrawn) {
 }
 
 TEST_F(VectorDocuments, SVGDrawingAfterAClipIsUndoneStandsOutsideIt) {
-  const std::string page = svg([](CGContext& context) {
-    context.saveGState();
-    context.clipToRect({{0, 0}, {10, 10}});
-    context.fillRect({{0, 0}, {20, 20}});
-    context.restoreGState();
-    context.fillRect({{30, 30}, {5, 5}});
+  const std::string page = svg([](CGContext& target) {
+    target.saveGState();
+    target.clipToRect({{0, 0}, {10, 10}});
+    target.fillRect({{0, 0}, {20, 20}});
+    target.restoreGState();
+    target.fillRect({{30, 30}, {5, 5}});
   });
   EXPECT_FALSE(has(page, "url(#)")) << page;
   EXPECT_EQ(count(page, "<g"), count(page, "</g>")) << page;
