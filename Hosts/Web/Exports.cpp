@@ -1,0 +1,85 @@
+// The functions that the module exports to runtime.ts.
+#include <emscripten.h>
+
+#include "Hosts/Web/PageScript.h"
+#include "Hosts/Web/WebHost.h"
+
+using zelkon::WebHost;
+using zelkon::WebPlot;
+
+namespace {
+
+// Enters the host for one chart; nothing happens for a chart that is not there.
+template <typename Body>
+void withPlot(int id, Body body) {
+  WebHost& host = WebHost::shared();
+  host.enter([&] {
+    if (WebPlot* plot = host.plot(id)) body(*plot);
+  });
+}
+
+}  // namespace
+
+extern "C" {
+
+// `plot` is null when the element has no such attribute. 1 when there is a chart now.
+EMSCRIPTEN_KEEPALIVE int zelkon_create(int id, const char* plot, size_t plotLength, int canvas, double width,
+                                       double height) {
+  std::optional<std::string> name;
+  if (plot) name.emplace(plot, plotLength);
+  return WebHost::shared().create(id, std::move(name), canvas, {width, height}) ? 1 : 0;
+}
+
+EMSCRIPTEN_KEEPALIVE void zelkon_destroy(int id) { WebHost::shared().destroy(id); }
+
+EMSCRIPTEN_KEEPALIVE void zelkon_set_size(int id, double width, double height) {
+  withPlot(id, [&](WebPlot& plot) { plot.setSize({width, height}); });
+}
+
+EMSCRIPTEN_KEEPALIVE void zelkon_set_visible_rect(int id, double x, double y, double width, double height) {
+  withPlot(id, [&](WebPlot& plot) { plot.setVisibleRect({{x, y}, {width, height}}); });
+}
+
+EMSCRIPTEN_KEEPALIVE void zelkon_set_screen_scale(double scale) {
+  WebHost::shared().enter([&] { WebHost::shared().setScreenScale(scale); });
+}
+
+EMSCRIPTEN_KEEPALIVE void zelkon_set_reduces_motion(int reduces) { WebHost::shared().setReducesMotion(reduces != 0); }
+
+EMSCRIPTEN_KEEPALIVE void zelkon_mouse_moved(int id, double x, double y) {
+  withPlot(id, [&](WebPlot& plot) { plot.mouseMoved({x, y}); });
+}
+
+EMSCRIPTEN_KEEPALIVE void zelkon_mouse_down(int id, double x, double y) {
+  withPlot(id, [&](WebPlot& plot) { plot.mouseDown({x, y}); });
+}
+
+EMSCRIPTEN_KEEPALIVE void zelkon_mouse_exited(int id) {
+  withPlot(id, [&](WebPlot& plot) { plot.mouseExited(); });
+}
+
+// The block is read before anything of the chart runs.
+EMSCRIPTEN_KEEPALIVE void zelkon_call(int id, const char* name, size_t nameLength, const uint8_t* block, size_t size) {
+  withPlot(id,
+           [&](WebPlot& plot) { plot.call(std::string(name, nameLength), zelkon::ReadScriptArguments(block, size)); });
+}
+
+EMSCRIPTEN_KEEPALIVE void zelkon_begin_turn(double now) {
+  WebHost::shared().enter([&] { WebHost::shared().beginTurn(now); });
+}
+
+EMSCRIPTEN_KEEPALIVE void zelkon_compose(int id) {
+  WebHost::shared().enter([&] { WebHost::shared().compose(id); });
+}
+
+EMSCRIPTEN_KEEPALIVE int zelkon_end_turn() {
+  bool due = false;
+  WebHost::shared().enter([&] { due = WebHost::shared().endTurn(); });
+  return due ? 1 : 0;
+}
+
+EMSCRIPTEN_KEEPALIVE void zelkon_print(int id, int canvas, double scale) {
+  withPlot(id, [&](WebPlot& plot) { plot.print(canvas, scale); });
+}
+
+}  // extern "C"

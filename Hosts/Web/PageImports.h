@@ -1,0 +1,20 @@
+// What the module asks of the page. Each is a function of host.library.js that hands over to the host object of the
+// instance; none of them lets a JavaScript exception through. Texts are UTF-8 and need not end with a zero.
+#pragma once
+
+#include <cstddef>
+
+extern "C" {
+// Calls a function of the window that holds the plot. `arguments` is a JSON array.
+void zelkon_page_call(int plot, const char* name, size_t nameLength, const char* arguments, size_t argumentsLength);
+// Sets a property of an object that the page handed to the call that is running, once that call has returned. `object`
+// counts the objects of the call's arguments from 0; `value` is JSON.
+void zelkon_page_set(int object, const char* key, size_t keyLength, const char* value, size_t valueLength);
+// A line of the system log.
+void zelkon_page_log(const char* line, size_t length);
+// Copies the named resource to `bytes` and answers its whole size, which may exceed `capacity`: nothing is copied then.
+// 0 when there is none.
+size_t zelkon_page_resource(const char* name, size_t nameLength, unsigned char* bytes, size_t capacity);
+// A failure that the page's author should see.
+void zelkon_page_error(const char* text, size_t length);
+}

@@ -1,0 +1,221 @@
+#include "Hosts/Web/PageScript.h"
+
+#include <array>
+#include <cstring>
+#include <map>
+#include <string>
+
+#include "Foundation/NSException.h"
+#include "Hosts/Web/PageImports.h"
+#include "Hosts/Web/PageJSON.h"
+
+namespace zelkon {
+namespace {
+
+enum Tag : uint8_t { undefined, null, no, yes, number, string, array, record, opaque, thrown };
+
+// The properties that a record was read for, in the order of reading. flatten.ts has the same sets.
+using Keys = std::vector<std::string_view>;
+const std::array<Keys, 2> keySets = {
+    Keys{"key", "value"},
+    Keys{"humanX", "mediumHumanX", "shortHumanX", "shortHumanXSubtitle", "humanY", "y"},
+};
+
+bool isDisplayAnnouncement(std::string_view name) {
+  return name == "GraphHasDisplayed" || name == "SpendingTrendsHaveDisplayed";
+}
+
+// Stands in a cell for what a getter of the page threw; raises it when the cell is read.
+class ThrownValue : public Object {
+ public:
+  explicit ThrownValue(std::string reason) : reason_(std::move(reason)) {}
+  std::string className() const override { return "WebScriptException"; }
+  [[noreturn]] void raise() const { NSRaise(NSUndefinedKeyException, reason_); }
+
+ private:
+  std::string reason_;
+};
+
+const Value& checked(const Value& value) {
+  if (value.isObject()) {
+    if (auto thrownValue = value.object<ThrownValue>()) thrownValue->raise();
+  }
+  return value;
+}
+
+// An object of the page of which only what is set on it matters.
+class OpaqueScriptObject : public WebScriptObject {
+ public:
+  explicit OpaqueScriptObject(int index) : index_(index) {}
+  Value webScriptValueAtIndex(size_t) override { return Value::undefined(); }
+  Value valueForKey(std::string_view) override { return {}; }
+  void setValue(const Value& value, std::string_view key) override {
+    std::string text = PageJSON(value);
+    zelkon_page_set(index_, key.data(), key.size(), text.data(), text.size());
+  }
+  Value callWebScriptMethod(std::string_view, const ValueArray&) override { return {}; }
+
+ private:
+  int index_;
+};
+
+// One element of an array, holding a value for each key of its set.
+class RecordScriptObject : public WebScriptObject {
+ public:
+  RecordScriptObject(const Keys& keys, std::vector<Value> cells) : keys_(keys), cells_(std::move(cells)) {}
+  Value webScriptValueAtIndex(size_t) override { return Value::undefined(); }
+  Value valueForKey(std::string_view key) override {
+    for (size_t i = 0; i < cells_.size(); ++i) {
+      if (keys_[i] == key) return checked(cells_[i]).isUndefined() ? Value() : cells_[i];
+    }
+    return {};
+  }
+  void setValue(const Value&, std::string_view) override {}
+  Value callWebScriptMethod(std::string_view, const ValueArray&) override { return {}; }
+
+ private:
+  const Keys& keys_;
+  std::vector<Value> cells_;
+};
+
+class ColumnScriptArray : public WebScriptObject {
+ public:
+  explicit ColumnScriptArray(std::vector<Value> elements) : elements_(std::move(elements)) {}
+  Value webScriptValueAtIndex(size_t index) override {
+    return index < elements_.size() ? checked(elements_[index]) : Value::undefined();
+  }
+  Value valueForKey(std::string_view key) override {
+    return key == "length" ? Value(static_cast<double>(elements_.size())) : Value();
+  }
+  void setValue(const Value&, std::string_view) override {}
+  Value callWebScriptMethod(std::string_view, const ValueArray&) override { return {}; }
+
+ private:
+  std::vector<Value> elements_;
+};
+
+class BlockReader {
+ public:
+  BlockReader(const uint8_t* block, size_t size) {
+    uint32_t counts[4];
+    if (size < sizeof counts) malformed();
+    std::memcpy(counts, block, sizeof counts);
+    const uint64_t texts = sizeof counts + 8ull * counts[1] + 4ull * counts[2] + 4ull * counts[3] + counts[0];
+    if (texts > size) malformed();
+    numbers_ = block + sizeof counts;
+    references_ = numbers_ + 8ull * counts[1];
+    const uint8_t* ends = references_ + 4ull * counts[2];
+    tags_ = ends + 4ull * counts[3];
+    const auto* text = reinterpret_cast<const char*>(tags_ + counts[0]);
+    tagsLeft_ = counts[0];
+    numbersLeft_ = counts[1];
+    referencesLeft_ = counts[2];
+    uint32_t begin = 0;
+    strings_.reserve(counts[3]);
+    for (uint32_t i = 0; i < counts[3]; ++i) {
+      uint32_t end = 0;
+      std::memcpy(&end, ends + 4ull * i, sizeof end);
+      if (end < begin || texts + end > size) malformed();
+      strings_.emplace_back(std::string_view(text + begin, end - begin));
+      begin = end;
+    }
+  }
+
+  bool atEnd() const { return tagsLeft_ == 0; }
+
+  Value read(const Keys* keys = nullptr) {
+    if (tagsLeft_ == 0) malformed();
+    --tagsLeft_;
+    switch (static_cast<Tag>(*tags_++)) {
+      case undefined:
+        return Value::undefined();
+      case null:
+        return {};
+      case no:
+        return Value(false);
+      case yes:
+        return Value(true);
+      case number:
+        return Value(nextNumber());
+      case string:
+        return nextString();
+      case array:
+        return readArray();
+      case record:
+        if (!keys) malformed();
+        return readRecord(*keys);
+      case opaque:
+        return Value(std::make_shared<OpaqueScriptObject>(objects_++));
+      case thrown:
+        return Value(std::make_shared<ThrownValue>(nextString().string()));
+    }
+    malformed();
+  }
+
+ private:
+  [[noreturn]] static void malformed() { NSRaise(NSInvalidArgumentException, "Malformed script arguments"); }
+
+  uint32_t nextReference() {
+    if (referencesLeft_ == 0) malformed();
+    --referencesLeft_;
+    uint32_t result = 0;
+    std::memcpy(&result, references_, sizeof result);
+    references_ += sizeof result;
+    return result;
+  }
+  double nextNumber() {
+    if (numbersLeft_ == 0) malformed();
+    --numbersLeft_;
+    double result = 0;
+    std::memcpy(&result, numbers_, sizeof result);
+    numbers_ += sizeof result;
+    return result;
+  }
+  const Value& nextString() {
+    uint32_t which = nextReference();
+    if (which >= strings_.size()) malformed();
+    return strings_[which];
+  }
+  Value readArray() {
+    uint32_t count = nextReference(), set = nextReference();
+    if (count > tagsLeft_ || set >= keySets.size()) malformed();
+    std::vector<Value> elements;
+    elements.reserve(count);
+    for (uint32_t i = 0; i < count; ++i) elements.push_back(read(&keySets[set]));
+    return Value(std::make_shared<ColumnScriptArray>(std::move(elements)));
+  }
+  Value readRecord(const Keys& keys) {
+    std::vector<Value> cells;
+    cells.reserve(keys.size());
+    for (size_t i = 0; i < keys.size(); ++i) cells.push_back(read());
+    return Value(std::make_shared<RecordScriptObject>(keys, std::move(cells)));
+  }
+
+  const uint8_t *numbers_, *references_, *tags_;
+  size_t tagsLeft_, numbersLeft_, referencesLeft_;
+  std::vector<Value> strings_;
+  int objects_ = 0;
+};
+
+}  // namespace
+
+Value PageWindow::callWebScriptMethod(std::string_view name, const ValueArray& arguments) {
+  if (isDisplayAnnouncement(name)) {
+    if (silent_ && announced_) return {};
+    announced_ = true;
+  } else if (silent_) {
+    return {};
+  }
+  std::string text = PageJSON(Value(arguments));
+  zelkon_page_call(plot_, name.data(), name.size(), text.data(), text.size());
+  return {};
+}
+
+ValueArray ReadScriptArguments(const uint8_t* block, size_t size) {
+  BlockReader reader(block, size);
+  ValueArray arguments;
+  while (!reader.atEnd()) arguments.push_back(reader.read());
+  return arguments;
+}
+
+}  // namespace zelkon

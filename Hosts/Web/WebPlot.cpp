@@ -1,0 +1,207 @@
+#include "Hosts/Web/WebPlot.h"
+
+#include <cmath>
+
+#include "AppKit/NSGraphicsContext.h"
+#include "Classes/Views/PlotView.h"
+#include "Foundation/NSLog.h"
+#include "Foundation/NSRunLoop.h"
+#include "QuartzCore/CATransaction.h"
+
+namespace zelkon {
+namespace {
+
+// A chart's animations may start others when they end; no chart starts this many in a row.
+constexpr int mostRoundsOfAnimations = 16;
+
+bool isEmpty(CGSize size) { return !(size.width > 0 && size.height > 0); }
+
+bool isAnimating(const CALayerRef& layer, double time) {
+  if (!layer) return false;
+  if (layer->hasRunningAnimations(time) || isAnimating(layer->mask(), time)) return true;
+  for (const CALayerRef& sublayer : layer->sublayersInPlace()) {
+    if (isAnimating(sublayer, time)) return true;
+  }
+  return false;
+}
+
+bool removeRunningAnimations(const CALayerRef& layer, double time) {
+  if (!layer) return false;
+  bool any = layer->hasRunningAnimations(time);
+  if (any) layer->removeAllAnimations();
+  any |= removeRunningAnimations(layer->mask(), time);
+  for (const CALayerRef& sublayer : layer->sublayers()) any |= removeRunningAnimations(sublayer, time);
+  return any;
+}
+
+int pixels(double points, double scale) { return static_cast<int>(std::lround(points * scale)); }
+
+}  // namespace
+
+WebPlot::WebPlot(int id, std::optional<std::string> plot, int canvas, CGSize size, CanvasDevice& device)
+    : id_(id),
+      canvas_(canvas),
+      plot_(std::move(plot)),
+      size_(size),
+      visible_{{0, 0}, size},
+      device_(device),
+      window_(std::make_unique<NSWindow>(size)) {
+  makeView();
+}
+
+WebPlot::~WebPlot() { dropView(); }
+
+void WebPlot::makeView() {
+  page_ = std::make_shared<PageWindow>(id_);
+  ValueDictionary attributes;
+  if (plot_) attributes["plot"] = Value(*plot_);
+  auto container = std::make_shared<WebPlugInContainer>(std::make_shared<WebFrame>(page_));
+  view_ = PlotView::plugInViewWithArguments(Value(ValueDictionary{
+      {WebPlugInAttributesKey, Value(std::move(attributes))}, {WebPlugInContainerKey, Value(std::move(container))}}));
+
+  window_->setContentSize(size_);
+  scroller_ = std::make_shared<NSScrollView>(CGRect{{0, 0}, size_});
+  auto clip = std::make_shared<NSClipView>(CGRect{{0, 0}, size_});
+  scroller_->setContentView(clip);
+  window_->contentView()->addSubview(scroller_);
+  clip->addSubview(view_);
+  setVisibleRect(visible_);
+  started_ = !isEmpty(size_);
+  if (started_) {
+    view_->setFrame({{0, 0}, size_});
+    view_->webPlugInStart();
+  }
+  needsFrame_ = true;
+}
+
+void WebPlot::dropView() {
+  if (!view_) return;
+  page_->setSilent(true);
+  page_->setHasAnnouncedDisplay(true);
+  view_->webPlugInStop();
+  view_->webPlugInDestroy();
+  view_->removeFromSuperview();
+  scroller_->removeFromSuperview();
+  view_.reset();
+  scroller_.reset();
+  compositor_.purge();
+}
+
+void WebPlot::setSize(CGSize size) {
+  if (size.width == size_.width && size.height == size_.height) return;
+  visible_ = {{0, 0}, size};
+  size_ = size;
+  // A box that has collapsed shows nothing; what comes after it gets the fresh view.
+  needsFreshView_ = true;
+}
+
+void WebPlot::setVisibleRect(CGRect rect) {
+  visible_ = rect;
+  rect.origin = {rect.origin.x, size_.height - rect.origin.y - rect.size.height};
+  // The clip view covers just the visible part and shows it in its own place, so that window, clip view and view share
+  // one coordinate space.
+  const auto& clip = scroller_->contentView();
+  clip->setFrame(rect);
+  clip->scrollToPoint(rect.origin);
+}
+
+void WebPlot::mouseMoved(CGPoint p) {
+  pointer_ = p;
+  window_->sendMouseMoved(windowPoint(p));
+}
+
+void WebPlot::mouseDown(CGPoint p) { window_->sendMouseDown(windowPoint(p)); }
+
+void WebPlot::mouseExited() {
+  if (!pointer_) return;
+  pointer_.reset();
+  window_->sendMouseExited();
+}
+
+void WebPlot::call(const std::string& name, ValueArray arguments) {
+  if (name == "SetPlotOptions") options_ = arguments;
+  if (name == "SetPlotData") data_ = arguments;
+  const std::shared_ptr<CALayerPlotView> view = view_;
+  WebScriptInvoke(*view, name, arguments);
+}
+
+bool WebPlot::refreshIfNeeded() {
+  if (!needsFreshView_ || isEmpty(size_)) return false;
+  needsFreshView_ = false;
+  const bool wasShown = shown_, hadAnnounced = page_->hasAnnouncedDisplay();
+  dropView();
+  screen_.reset();
+
+  // What the charts have logged once they need not log again.
+  const LogSink log = NSSetLogSink([](std::string_view) {});
+  makeView();
+  page_->setSilent(wasShown);
+  page_->setHasAnnouncedDisplay(hadAnnounced);
+  if (options_) WebScriptInvoke(*view_, "SetPlotOptions", *options_);
+  if (data_) WebScriptInvoke(*view_, "SetPlotData", *data_);
+  NSSetLogSink(log);
+  if (!wasShown) return true;
+  settle();
+  if (pointer_) {
+    window_->sendMouseMoved(windowPoint(*pointer_));
+    settle();
+  }
+  page_->setSilent(false);
+  return true;
+}
+
+void WebPlot::settle() {
+  for (int round = 0; round < mostRoundsOfAnimations; ++round) {
+    NSRunLoop::mainRunLoop().runDue(CACurrentMediaTime());
+    CATransaction::flush();
+    if (!finishAnimations()) return;
+    CATransaction::deliverEndedAnimations();
+  }
+}
+
+bool WebPlot::finishAnimations() { return removeRunningAnimations(view_->layer(), CACurrentMediaTime()); }
+
+bool WebPlot::compose(double time) {
+  const bool animating = isAnimating(view_->layer(), time);
+  needsFrame_ |= window_->takeNeedsFrame();
+  if (isEmpty(size_) || !(needsFrame_ || animating || wasAnimating_)) return false;
+  needsFrame_ = false;
+  wasAnimating_ = animating;
+  const double scale = device_.screenScale();
+  if (!screen_) {
+    screen_ = device_.screenSurface(canvas_, pixels(size_.width, scale), pixels(size_.height, scale));
+  }
+  auto context = device_.contextForSurface(screen_, scale);
+  context->clearRect({{0, 0}, size_});
+  if (view_->layer()) {
+    compositor_.compose(view_->layer(), *context, scale, time);
+    shown_ = true;
+  }
+  context->flush();
+  return true;
+}
+
+bool WebPlot::needsFrame(double time) {
+  needsFrame_ |= window_->takeNeedsFrame();
+  if (isEmpty(size_)) return false;
+  return needsFrame_ || needsFreshView_ || wasAnimating_ || isAnimating(view_->layer(), time);
+}
+
+void WebPlot::print(int canvas, double scale) {
+  if (isEmpty(size_)) return;
+  refreshIfNeeded();
+  CATransaction::flush();
+  const double screenScale = device_.screenScale();
+  auto surface = device_.screenSurface(canvas, pixels(size_.width, scale), pixels(size_.height, scale));
+  device_.setScreenScale(scale);
+  {
+    auto context = device_.contextForSurface(surface, scale);
+    NSGraphicsContext::setCurrentContext(std::make_shared<NSGraphicsContext>(context.get(), false, false));
+    view_->drawRect({{0, 0}, size_});
+    NSGraphicsContext::setCurrentContext(nullptr);
+    context->flush();
+  }
+  device_.setScreenScale(screenScale);
+}
+
+}  // namespace zelkon

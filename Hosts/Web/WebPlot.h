@@ -1,0 +1,77 @@
+// One element's chart: the view that the factory made, the window it is in, and the canvas it is shown on.
+//
+// Points are the element's, from its top left corner, until they enter the window, whose y goes up. A view stays until
+// the element's box or the screen scale changes; then a fresh view takes over silently, since a view keeps the geometry
+// of a chart that it has once shown.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "AppKit/NSView.h"
+#include "Backends/Canvas/CanvasDevice.h"
+#include "Classes/Views/CALayerPlotView.h"
+#include "Hosts/Web/PageScript.h"
+#include "QuartzCore/CACompositor.h"
+
+namespace zelkon {
+
+class WebPlot {
+ public:
+  // Raises what the factory raises. `plot` is the element's attribute, if it has one; `canvas` is the number under
+  // which the page has bound the canvas that the chart is shown on; sizes are points.
+  WebPlot(int id, std::optional<std::string> plot, int canvas, CGSize size, CanvasDevice& device);
+  // Ends the view's life as a plug-in.
+  ~WebPlot();
+  WebPlot(const WebPlot&) = delete;
+  WebPlot& operator=(const WebPlot&) = delete;
+
+  int id() const { return id_; }
+  // Takes effect with the next turn.
+  void setSize(CGSize size);
+  // The screen scale has changed: everything shown is to be made anew in the next turn.
+  void setNeedsFreshView() { needsFreshView_ = true; }
+  // The part of the element that its scrolling ancestors leave visible.
+  void setVisibleRect(CGRect rect);
+
+  void mouseMoved(CGPoint p);
+  void mouseDown(CGPoint p);
+  void mouseExited();
+  // Calls the operation that page script knows by that name.
+  void call(const std::string& name, ValueArray arguments);
+
+  // Makes a fresh view if one is due. True when that happened.
+  bool refreshIfNeeded();
+  // Ends every animation of the view's layers where it would have ended by itself. True when there was any.
+  bool finishAnimations();
+  // Paints a frame if something changed or runs at the time; true when it did.
+  bool compose(double time);
+  // Whether another frame is due.
+  bool needsFrame(double time);
+  // Draws the chart flat on the canvas bound under `canvas`, with that many pixels per point.
+  void print(int canvas, double scale);
+
+ private:
+  void makeView();
+  void dropView();
+  void settle();
+  CGPoint windowPoint(CGPoint p) const { return {p.x, size_.height - p.y}; }
+
+  int id_, canvas_;
+  std::optional<std::string> plot_;
+  CGSize size_;
+  CGRect visible_;
+  CanvasDevice& device_;
+  std::unique_ptr<NSWindow> window_;
+  std::shared_ptr<NSScrollView> scroller_;
+  std::shared_ptr<PageWindow> page_;
+  std::shared_ptr<CALayerPlotView> view_;
+  CACompositor compositor_;
+  std::shared_ptr<Surface> screen_;
+  std::optional<ValueArray> options_, data_;
+  std::optional<CGPoint> pointer_;
+  bool started_ = false, shown_ = false, needsFreshView_ = false, needsFrame_ = true, wasAnimating_ = false;
+};
+
+}  // namespace zelkon

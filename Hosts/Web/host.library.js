@@ -1,0 +1,18 @@
+// What the module imports from its host; each function hands over to the object that runtime.ts puts on the module.
+mergeInto(LibraryManager.library, {
+  zelkon_page_call: function (plot, name, nameLength, args, argsLength) {
+    Module['host'].call(plot, name, nameLength, args, argsLength);
+  },
+  zelkon_page_set: function (object, key, keyLength, value, valueLength) {
+    Module['host'].set(object, key, keyLength, value, valueLength);
+  },
+  zelkon_page_log: function (line, length) {
+    Module['host'].log(line, length);
+  },
+  zelkon_page_error: function (text, length) {
+    Module['host'].error(text, length);
+  },
+  zelkon_page_resource: function (name, nameLength, bytes, capacity) {
+    return Module['host'].resource(name, nameLength, bytes, capacity);
+  },
+});

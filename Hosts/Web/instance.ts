@@ -1,0 +1,186 @@
+// One running instance of the WebAssembly module. An instance that has failed (out of memory, or a fault of its own)
+// answers nothing any more; its listener hears of it once and starts another.
+import createModule, { type ZelkonModule } from 'zelkon-plot-module';
+import { CanvasRuntime } from '../../Backends/Canvas/canvas';
+import { LocaleRuntime } from '../../Backends/Canvas/locale';
+import shadowCenter from '../../Resources/shadow_center.png';
+import shadowLeft from '../../Resources/shadow_left.png';
+import shadowRight from '../../Resources/shadow_right.png';
+import type { FlatArguments } from './flatten';
+
+export interface InstanceListener {
+  // A chart calls a function of its page.
+  pageCall(plot: number, name: string, values: unknown[]): void;
+  instanceFailed(error: unknown): void;
+}
+
+const resources = new Map([
+  ['shadow_center.png', shadowCenter],
+  ['shadow_left.png', shadowLeft],
+  ['shadow_right.png', shadowRight],
+]);
+
+let compiled: Promise<WebAssembly.Module> | undefined;
+
+async function compile(): Promise<WebAssembly.Module> {
+  const response = await fetch(new URL('zelkon-plot.wasm', import.meta.url));
+  if (!response.ok) throw new Error(`${response.url}: ${response.status} ${response.statusText}`);
+  if (response.headers.get('Content-Type') === 'application/wasm') return WebAssembly.compileStreaming(response);
+  return WebAssembly.compile(await response.arrayBuffer());
+}
+
+const encoder = new TextEncoder();
+const decoder = new TextDecoder();
+
+export class Instance {
+  readonly canvas = new CanvasRuntime();
+  private module!: ZelkonModule;
+  private lastPlot = 0;
+  private failed = false;
+  // What the call that is running sets on the page's objects, to be done when it has returned.
+  private assignments: { object: number; key: string; value: unknown }[] = [];
+
+  private constructor(private readonly listener: InstanceListener) {}
+
+  static async start(listener: InstanceListener): Promise<Instance> {
+    const instance = new Instance(listener);
+    compiled ??= compile();
+    const [code] = await Promise.all([compiled, ...[...resources.values()].map((bytes) => instance.canvas.preload(bytes))]);
+    instance.module = await new Promise<ZelkonModule>((resolve, reject) => {
+      createModule({
+        canvas: instance.canvas,
+        locale: new LocaleRuntime(document.documentElement.lang || undefined),
+        host: instance.imports(),
+        instantiateWasm(imports: WebAssembly.Imports, receive: (instance: WebAssembly.Instance, code: WebAssembly.Module) => void) {
+          WebAssembly.instantiate(code, imports).then((running) => receive(running, code), reject);
+          return {};
+        },
+      }).then(resolve, reject);
+    });
+    return instance;
+  }
+
+  // The number of a new chart, shown on the canvas; 0 when there is no such plot.
+  create(plot: string | null, canvas: number, width: number, height: number): number {
+    const id = ++this.lastPlot;
+    const made = this.enter((module) =>
+      this.withBytes(plot === null ? null : encoder.encode(plot), (at, length) => module._zelkon_create(id, at, length, canvas, width, height)),
+    );
+    return made ? id : 0;
+  }
+
+  destroy(id: number): void {
+    this.enter((module) => module._zelkon_destroy(id));
+  }
+
+  setSize(id: number, width: number, height: number): void {
+    this.enter((module) => module._zelkon_set_size(id, width, height));
+  }
+
+  setVisibleRect(id: number, x: number, y: number, width: number, height: number): void {
+    this.enter((module) => module._zelkon_set_visible_rect(id, x, y, width, height));
+  }
+
+  setScreenScale(scale: number): void {
+    this.enter((module) => module._zelkon_set_screen_scale(scale));
+  }
+
+  setReducesMotion(reduces: boolean): void {
+    this.enter((module) => module._zelkon_set_reduces_motion(Number(reduces)));
+  }
+
+  mouseMoved(id: number, x: number, y: number): void {
+    this.enter((module) => module._zelkon_mouse_moved(id, x, y));
+  }
+
+  mouseDown(id: number, x: number, y: number): void {
+    this.enter((module) => module._zelkon_mouse_down(id, x, y));
+  }
+
+  mouseExited(id: number): void {
+    this.enter((module) => module._zelkon_mouse_exited(id));
+  }
+
+  // Carries a page's call out and then sets on the page's objects what the chart has set; setters of the page may throw.
+  call(id: number, name: string, { block, objects }: FlatArguments): void {
+    const outer = this.assignments;
+    const assignments: typeof outer = (this.assignments = []);
+    this.enter((module) =>
+      this.withBytes(encoder.encode(name), (nameAt, nameLength) =>
+        this.withBytes(block, (at, length) => module._zelkon_call(id, nameAt, nameLength, at, length)),
+      ),
+    );
+    this.assignments = outer;
+    for (const { object, key, value } of assignments) (objects[object] as Record<string, unknown>)[key] = value;
+  }
+
+  beginTurn(now: number): void {
+    this.enter((module) => module._zelkon_begin_turn(now));
+  }
+
+  compose(id: number): void {
+    this.enter((module) => module._zelkon_compose(id));
+  }
+
+  // Whether another turn is due.
+  endTurn(): boolean {
+    return this.enter((module) => module._zelkon_end_turn()) === 1;
+  }
+
+  print(id: number, canvas: number, scale: number): void {
+    this.enter((module) => module._zelkon_print(id, canvas, scale));
+  }
+
+  // Heap views are taken anew each time: memory may have grown.
+  private bytes(at: number, length: number): Uint8Array {
+    return this.module.HEAPU8.subarray(at >>> 0, (at >>> 0) + length);
+  }
+
+  private text(at: number, length: number): string {
+    return decoder.decode(this.bytes(at, length));
+  }
+
+  private withBytes<T>(bytes: Uint8Array | null, use: (at: number, length: number) => T): T {
+    if (!bytes) return use(0, 0);
+    const at = this.module._malloc(bytes.length || 1);
+    this.bytes(at, bytes.length).set(bytes);
+    try {
+      return use(at, bytes.length);
+    } finally {
+      if (!this.failed) this.module._free(at);
+    }
+  }
+
+  private enter<T>(use: (module: ZelkonModule) => T): T | undefined {
+    if (this.failed) return undefined;
+    try {
+      return use(this.module);
+    } catch (error) {
+      if (!this.failed) {
+        this.failed = true;
+        this.listener.instanceFailed(error);
+      }
+      return undefined;
+    }
+  }
+
+  // What the module calls. Nothing here may throw: an exception would cross WebAssembly frames without unwinding them.
+  private imports() {
+    return {
+      call: (plot: number, name: number, nameLength: number, values: number, valuesLength: number) => {
+        this.listener.pageCall(plot, this.text(name, nameLength), JSON.parse(this.text(values, valuesLength)));
+      },
+      set: (object: number, key: number, keyLength: number, value: number, valueLength: number) => {
+        this.assignments.push({ object, key: this.text(key, keyLength), value: JSON.parse(this.text(value, valueLength)) });
+      },
+      log: (line: number, length: number) => console.warn(this.text(line, length)),
+      error: (text: number, length: number) => console.error(`zelkon-plot: ${this.text(text, length)}`),
+      resource: (name: number, nameLength: number, at: number, capacity: number) => {
+        const bytes = resources.get(this.text(name, nameLength));
+        if (!bytes) return 0;
+        if (bytes.length <= capacity) this.bytes(at, bytes.length).set(bytes);
+        return bytes.length;
+      },
+    };
+  }
+}

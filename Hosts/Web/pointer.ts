@@ -1,0 +1,73 @@
+// Turns pointer events on a canvas into the three mouse events that a chart knows. Coordinates are CSS pixels within
+// the canvas before any transform.
+
+export interface PointerListener {
+  moved(x: number, y: number): void;
+  down(x: number, y: number): void;
+  exited(): void;
+}
+
+export class PointerTracker {
+  private readonly canvas: HTMLCanvasElement;
+  private readonly listener: PointerListener;
+  private listening: AbortController | undefined;
+  // Set while a finger has left something hovered, until the next touch elsewhere.
+  private lingering: AbortController | undefined;
+
+  constructor(canvas: HTMLCanvasElement, listener: PointerListener) {
+    this.canvas = canvas;
+    this.listener = listener;
+  }
+
+  start(): void {
+    this.listening = new AbortController();
+    const { signal } = this.listening;
+    const listen = (type: string, handler: (event: PointerEvent) => void) =>
+      this.canvas.addEventListener(type, handler as EventListener, { signal });
+    listen('pointermove', (event) => this.moved(event));
+    listen('pointerdown', (event) => this.down(event));
+    listen('pointerleave', (event) => this.left(event));
+    listen('pointercancel', () => this.exited());
+  }
+
+  stop(): void {
+    this.listening?.abort();
+    this.lingering?.abort();
+    this.listening = this.lingering = undefined;
+  }
+
+  private moved(event: PointerEvent): void {
+    if (event.isPrimary) this.listener.moved(event.offsetX, event.offsetY);
+  }
+
+  private down(event: PointerEvent): void {
+    if (!event.isPrimary || event.button !== 0) return;
+    // A finger is bound to where it came down; a chart wants to hear when it leaves.
+    if (this.canvas.hasPointerCapture(event.pointerId)) this.canvas.releasePointerCapture(event.pointerId);
+    if (event.pointerType !== 'mouse') this.moved(event);
+    this.listener.down(event.offsetX, event.offsetY);
+  }
+
+  private left(event: PointerEvent): void {
+    if (!event.isPrimary) return;
+    const isInside = event.offsetX >= 0 && event.offsetY >= 0 && event.offsetX < this.canvas.clientWidth && event.offsetY < this.canvas.clientHeight;
+    if (event.pointerType === 'touch' && isInside) this.linger();
+    else this.exited();
+  }
+
+  private exited(): void {
+    this.lingering?.abort();
+    this.lingering = undefined;
+    this.listener.exited();
+  }
+
+  // A lifted finger leaves its slice hovered, as there would be no time to read the label otherwise.
+  private linger(): void {
+    this.lingering?.abort();
+    this.lingering = new AbortController();
+    const elsewhere = (event: Event) => {
+      if (!event.composedPath().includes(this.canvas)) this.exited();
+    };
+    this.canvas.ownerDocument.addEventListener('pointerdown', elsewhere, { capture: true, signal: this.lingering.signal });
+  }
+}
