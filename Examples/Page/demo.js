@@ -1,112 +1,95 @@
-const months = new Map([
-  [
-    'April',
-    [
-      ['Rent', 1200],
-      ['Groceries', 412.5],
-      ['Travel', 260],
-      ['Clothing', 185.75],
-      ['Utilities', 148.2],
-      ['Dining out', 96.4],
-    ],
-  ],
-  [
-    'May',
-    [
-      ['Rent', 1200],
-      ['Groceries', 388.1],
-      ['Car repair', 640],
-      ['Utilities', 121.65],
-      ['Dining out', 152.3],
-      ['Gifts', 75],
-      ['Books', 48.9],
-      ['Pharmacy', 31.2],
-    ],
-  ],
-  [
-    'June',
-    [
-      ['Rent', 1200],
-      ['Holiday', 1480.4],
-      ['Groceries', 301.75],
-    ],
-  ],
-  ['July', []],
-]);
+// What a finance application's page does with the chart: hands it a month's figures, colours and drives its own legend,
+// and listens to what the chart says.
 
-const pie = document.querySelector('#pie');
-const legend = document.querySelector('#legend');
-const said = document.querySelector('#said');
-const month = document.querySelector('#month');
+const months = [
+  {
+    name: 'October 2026',
+    spending: { Rent: 1450, Groceries: 486.2, 'Eating out': 238.75, Transport: 164.3, Utilities: 142.18, Leisure: 121.5, Health: 64.9 },
+  },
+  {
+    name: 'September 2026',
+    spending: { Rent: 1450, Groceries: 512.46, 'Eating out': 187.2, Transport: 158.6, Utilities: 128.74, 'Clothes and shoes': 219.95 },
+  },
+  {
+    name: 'August 2026',
+    spending: { Rent: 1450, Travel: 982.3, Groceries: 318.05, 'Eating out': 342.6, Transport: 88.1, Utilities: 119.02, Leisure: 96.4, Gifts: 45 },
+  },
+];
+
 const money = new Intl.NumberFormat('en-US', { style: 'currency', currency: 'USD' });
 const share = new Intl.NumberFormat('en-US', { style: 'percent', maximumFractionDigits: 1 });
-const newestCalls = 8;
+const element = (id) => document.getElementById(id);
+const sumOf = ({ spending }) => Object.values(spending).reduce((sum, amount) => sum + amount, 0);
+const rows = () => [...element('legend').rows];
 
-function say(call) {
-  said.textContent = [call, ...said.textContent.split('\n').filter(Boolean)].slice(0, newestCalls).join('\n');
+function make(name, properties = {}, ...children) {
+  const made = Object.assign(document.createElement(name), properties);
+  made.append(...children);
+  return made;
 }
 
-function point(index) {
-  [...legend.rows].forEach((row, each) => row.classList.toggle('pointed', each === index));
+function note(name, values) {
+  const calls = element('calls');
+  const time = make('time', { textContent: new Date().toLocaleTimeString('en-GB') });
+  calls.prepend(make('li', {}, time, `${name}(${values.join(', ')})`));
+  while (calls.children.length > 6) calls.lastChild.remove();
 }
 
-// The chart calls these functions of its page's window.
-window.SpendingTrendsHaveDisplayed = () => say('SpendingTrendsHaveDisplayed()');
+function markHovered(index) {
+  rows().forEach((row, each) => row.classList.toggle('hovered', each === index));
+}
+
+// The chart calls these functions of the page's window.
+window.SpendingTrendsHaveDisplayed = () => note('SpendingTrendsHaveDisplayed', []);
 window.SpendingTrendsSliceHoverIndex = (index, previous) => {
-  point(index);
-  say(`SpendingTrendsSliceHoverIndex(${index}, ${previous})`);
+  note('SpendingTrendsSliceHoverIndex', [index, previous]);
+  markHovered(index);
 };
-window.SpendingTrendsSliceClicked = (index) => say(`SpendingTrendsSliceClicked(${index})`);
+window.SpendingTrendsSliceClicked = (index) => {
+  note('SpendingTrendsSliceClicked', [index]);
+  rows().forEach((row, each) => row.classList.toggle('chosen', each === index));
+};
 
-function swatch(index, count) {
+function legendRow(pie, entry, index, count, total) {
   const color = {};
   pie.SliceColorAtIndex(index, count, color);
-  const picture = document.createElementNS('http://www.w3.org/2000/svg', 'svg');
-  picture.setAttribute('class', 'swatch');
-  picture.setAttribute('aria-hidden', 'true');
-  const square = document.createElementNS('http://www.w3.org/2000/svg', 'rect');
-  square.setAttribute('width', '100%');
-  square.setAttribute('height', '100%');
-  square.setAttribute('fill', `rgb(${[color.red, color.green, color.blue].map((part) => Math.round(part * 255))})`);
-  picture.append(square);
-  return picture;
+  const swatch = make('span', { className: 'swatch' });
+  swatch.style.backgroundColor = `rgb(${[color.red, color.green, color.blue].map((part) => Math.round(part * 255)).join(' ')})`;
+  const category = make('button', { className: 'category', type: 'button' }, swatch, make('span', { className: 'name', textContent: entry.key }));
+  const row = make(
+    'tr',
+    {},
+    make('th', { scope: 'row' }, category),
+    make('td', { className: 'figure', textContent: money.format(entry.value) }),
+    make('td', { className: 'figure', textContent: share.format(entry.value / total) }),
+  );
+  const hover = (isOver) => () => {
+    pie.HoverEntryAtIndex(isOver, index);
+    markHovered(isOver ? index : -1);
+  };
+  row.addEventListener('pointerenter', hover(true));
+  row.addEventListener('pointerleave', hover(false));
+  category.addEventListener('focus', hover(true));
+  category.addEventListener('blur', hover(false));
+  return row;
 }
 
-function showLegend(entries) {
-  const total = entries.reduce((sum, [, amount]) => sum + amount, 0);
-  legend.replaceChildren();
-  entries.forEach(([name, amount], index) => {
-    const row = legend.insertRow();
-    const heading = document.createElement('th');
-    heading.scope = 'row';
-    heading.append(swatch(index, entries.length), name);
-    row.append(heading);
-    for (const text of [money.format(amount), share.format(amount / total)]) {
-      const cell = row.insertCell();
-      cell.className = 'amount';
-      cell.textContent = text;
-    }
-    row.addEventListener('pointerenter', () => {
-      point(index);
-      pie.HoverEntryAtIndex(true, index);
-    });
-    row.addEventListener('pointerleave', () => {
-      point(-1);
-      pie.HoverEntryAtIndex(false, index);
-    });
-  });
-  document.querySelector('#total').textContent = money.format(total);
-}
-
-function show(name) {
-  const entries = months.get(name);
-  pie.SetPlotData(entries.map(([key, value]) => ({ key, value })));
-  showLegend(entries);
+function show(pie, index) {
+  const month = months[index];
+  const entries = Object.entries(month.spending).map(([key, value]) => ({ key, value }));
+  const total = sumOf(month);
+  pie.SetPlotData(entries);
+  element('total').textContent = money.format(total);
+  const before = months[index + 1];
+  const change = before ? (total - sumOf(before)) / sumOf(before) : 0;
+  element('change').textContent = before ? `${share.format(Math.abs(change))} ${change < 0 ? 'less' : 'more'} than in ${before.name}` : '';
+  element('legend').replaceChildren(...entries.map((entry, each) => legendRow(pie, entry, each, entries.length, total)));
 }
 
 await customElements.whenDefined('zelkon-plot');
-for (const name of months.keys()) {
-  month.add(new Option(name));
-}
-month.addEventListener('change', () => show(month.value));
-show(month.value);
+const pie = element('pie');
+const select = element('month');
+select.append(...months.map(({ name }, index) => make('option', { value: index, textContent: name })));
+select.addEventListener('change', () => show(pie, Number(select.value)));
+pie.SetPlotOptions([{ key: 'CurrencyID', value: 'USD' }]);
+show(pie, 0);
