@@ -215,9 +215,9 @@ TEST_F(CALayerAnimation, BarGrowsUpward) {
   EXPECT_EQ(shown(bar, 0).bounds, empty);
   for (const auto& [time, barHeight] : {std::pair{0.03, 30.0}, {0.06, 60.0}, {0.12, 120.0}, {0.5, 120.0}}) {
     const CALayerProperties p = shown(bar, time);
-    EXPECT_NEAR(p.bounds.size.height, barHeight, 1e-9) << time;
-    EXPECT_NEAR(CALayerFrame(p).origin.y, 50, 1e-9);
-    EXPECT_NEAR(CALayerFrame(p).size.height, barHeight, 1e-9);
+    EXPECT_NEAR(p.bounds.size.height, barHeight, 1e-6) << time;
+    EXPECT_NEAR(CALayerFrame(p).origin.y, 50, 1e-6);
+    EXPECT_NEAR(CALayerFrame(p).size.height, barHeight, 1e-6);
     EXPECT_EQ(CALayerToSuperlayerTransform(p), CGAffineTransformIdentity);
   }
 }

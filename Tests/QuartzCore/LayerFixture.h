@@ -26,7 +26,7 @@ struct Diary : CAAnimationDelegate {
 class LayerFixture : public testing::Test, public CALayerTreeObserver {
  protected:
   LayerFixture() {
-    root->setBounds(CGRectMake(0, 0, 400, 300));
+    root->setFrame(CGRectMake(0, 0, 400, 300));
     root->setTreeObserver(this);
     turn();
     changes = 0;
@@ -35,7 +35,7 @@ class LayerFixture : public testing::Test, public CALayerTreeObserver {
   ~LayerFixture() override {
     root->setTreeObserver(nullptr);
     root.reset();
-    CASetCurrentMediaTime(CACurrentMediaTime() + 1000);
+    CASetCurrentMediaTime(CACurrentMediaTime() + 20);
     turn();
   }
   void layerTreeDidChange() override { ++changes; }
