@@ -64,8 +64,12 @@ CALayer::~CALayer() {
 CALayerRef CALayer::superlayer() const { return superlayer_.lock(); }
 
 size_t CALayer::indexOf(const CALayer* sublayer) const {
-  for (size_t i = sublayers_.size(); i > 0; --i)
-    if (sublayers_[i - 1].get() == sublayer) return i - 1;
+  // From both ends: layers are mostly taken away in order or from the top.
+  size_t low = 0, high = sublayers_.size();
+  for (; low < high; ++low) {
+    if (sublayers_[low].get() == sublayer) return low;
+    if (sublayers_[--high].get() == sublayer) return high;
+  }
   return sublayers_.size();
 }
 
