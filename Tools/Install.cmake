@@ -21,6 +21,7 @@ endforeach()
 install(TARGETS ${rooms} EXPORT zelkon-plot ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(TARGETS zelkon-plot RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/Platform/ DESTINATION ${headers} FILES_MATCHING PATTERN *.h)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/Classes DESTINATION ${headers} FILES_MATCHING PATTERN *.h)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/Hosts/Headless DESTINATION ${headers}/Hosts FILES_MATCHING PATTERN *.h)
 
 install(EXPORT zelkon-plot NAMESPACE zelkon:: FILE zelkon-plotTargets.cmake DESTINATION ${package})
