@@ -87,11 +87,12 @@ void WebHost::report(const std::exception& exception) {
 }
 
 void WebHost::dropDestroyed() {
-  // Whatever a chart's end still calls is an entry like any other.
   while (!destroyed_.empty()) {
     const int id = *destroyed_.begin();
-    enter([&] { plots_.erase(id); });
+    auto dropped = plots_.extract(id);
     destroyed_.erase(id);
+    // Whatever a chart's end still calls is an entry like any other.
+    enter([&] { dropped = {}; });
   }
 }
 

@@ -1,6 +1,6 @@
 // The element <zelkon-plot plot="…">: a chart from the moment it is in the page until it is taken out.
 import { flattenData, flattenOptions, flattenValues, type FlatArguments } from './flatten';
-import { PointerTracker } from './pointer';
+import { cssZoom, PointerTracker } from './pointer';
 import { visiblePart, scrollingAncestor } from './scrolling';
 import type { Actor, Stage } from './stage';
 
@@ -48,7 +48,6 @@ export class ZelkonPlot extends HTMLElement implements Actor {
   #scroller: EventTarget | null = null;
   #options: FlatArguments | undefined;
   #data: FlatArguments | undefined;
-  #isCalling = false;
 
   constructor() {
     super();
@@ -97,7 +96,7 @@ export class ZelkonPlot extends HTMLElement implements Actor {
   }
 
   restart(keepsData: boolean): void {
-    const [options, data] = keepsData && !this.#isCalling ? [this.#options, this.#data] : [];
+    const [options, data] = keepsData ? [this.#options, this.#data] : [];
     this.#plot = this.#screen = 0;
     this.#stop();
     this.#start();
@@ -106,8 +105,7 @@ export class ZelkonPlot extends HTMLElement implements Actor {
   }
 
   screenDidChange(): void {
-    const { width, height } = getComputedStyle(this.#canvas);
-    this.#resize(parseFloat(width) || 0, parseFloat(height) || 0);
+    this.#resize(...this.#cssSize());
   }
 
   // A flat picture takes the canvas's place; twice is no harm.
@@ -135,8 +133,7 @@ export class ZelkonPlot extends HTMLElement implements Actor {
   #start(): void {
     const { instance } = this.#stage;
     this.#canvas.hidden = false;
-    const { width, height } = getComputedStyle(this.#canvas);
-    this.#setSize(parseFloat(width) || 0, parseFloat(height) || 0);
+    this.#setSize(...this.#cssSize());
     this.#screen = instance.canvas.bindScreen(this.#canvas);
     this.#plot = instance.create(this.getAttribute('plot'), this.#screen, this.#width, this.#height);
     this.#canvas.hidden = !this.#plot;
@@ -167,17 +164,18 @@ export class ZelkonPlot extends HTMLElement implements Actor {
     this.#canvas.width = this.#canvas.height = 0;
   }
 
-  // False when there is no chart to call.
+  // False when there is no chart to call or the call was too much for it.
   #call(name: string, values: FlatArguments): boolean {
     if (!this.#plot) return false;
-    this.#isCalling = true;
-    try {
-      this.#stage.instance.call(this.#plot, name, values);
-    } finally {
-      this.#isCalling = false;
-    }
     this.#stage.needsFrame();
-    return true;
+    return this.#stage.instance.call(this.#plot, name, values);
+  }
+
+  #cssSize(): [number, number] {
+    // What is not laid out computes to what its style says, which is no size.
+    if (this.#canvas.getClientRects().length === 0) return [0, 0];
+    const { width, height } = getComputedStyle(this.#canvas);
+    return [parseFloat(width) || 0, parseFloat(height) || 0];
   }
 
   #mouse(send: (id: number) => void): void {
@@ -208,13 +206,16 @@ export class ZelkonPlot extends HTMLElement implements Actor {
     this.#stage.needsFrame();
   }
 
-  // Sizes in points are whole pixels, so that the canvas's pixels are the screen's.
+  // Sizes in points are whole pixels, so that the canvas's pixels are the screen's. The engine's own count of pixels
+  // knows how the box falls onto the screen; an emulated screen may have it wrong.
   #setSize(cssWidth: number, cssHeight: number, pixelWidth?: number, pixelHeight?: number): void {
     const { scale } = this.#stage;
+    const zoomed = scale * cssZoom(this);
+    const points = (css: number, pixels = css * zoomed) => (Math.abs(pixels - css * zoomed) < 1 ? Math.round(pixels) : Math.round(css * zoomed)) / scale;
     this.#cssWidth = cssWidth;
     this.#cssHeight = cssHeight;
-    this.#width = (pixelWidth ?? Math.round(cssWidth * scale)) / scale;
-    this.#height = (pixelHeight ?? Math.round(cssHeight * scale)) / scale;
+    this.#width = points(cssWidth, pixelWidth);
+    this.#height = points(cssHeight, pixelHeight);
   }
 
   readonly #scrolled = (): void => {

@@ -102,7 +102,8 @@ export class Instance {
   }
 
   // Carries a page's call out and then sets on the page's objects what the chart has set; setters of the page may throw.
-  call(id: number, name: string, { block, objects }: FlatArguments): void {
+  // False when the instance has failed.
+  call(id: number, name: string, { block, objects }: FlatArguments): boolean {
     const outer = this.assignments;
     const assignments: typeof outer = (this.assignments = []);
     this.enter((module) =>
@@ -112,6 +113,7 @@ export class Instance {
     );
     this.assignments = outer;
     for (const { object, key, value } of assignments) (objects[object] as Record<string, unknown>)[key] = value;
+    return !this.failed;
   }
 
   beginTurn(now: number): void {

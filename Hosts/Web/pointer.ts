@@ -7,6 +7,11 @@ export interface PointerListener {
   exited(): void;
 }
 
+// How much the CSS property zoom, of the element and around it, magnifies it.
+export function cssZoom(element: Element): number {
+  return (element as Element & { currentCSSZoom?: number }).currentCSSZoom ?? 1;
+}
+
 export class PointerTracker {
   private readonly canvas: HTMLCanvasElement;
   private readonly listener: PointerListener;
@@ -37,7 +42,16 @@ export class PointerTracker {
   }
 
   private moved(event: PointerEvent): void {
-    if (event.isPrimary) this.listener.moved(event.offsetX, event.offsetY);
+    if (event.isPrimary) this.listener.moved(...this.position(event));
+  }
+
+  // Offsets disregard transforms, as they should; engines differ in whether they also disregard zoom, which shows in how
+  // they compare with the distance from the box on the screen.
+  private position(event: PointerEvent): [number, number] {
+    const zoom = cssZoom(this.canvas);
+    if (zoom === 1) return [event.offsetX, event.offsetY];
+    const isZoomed = Math.abs(event.clientX - this.canvas.getBoundingClientRect().left - event.offsetX) < 1;
+    return isZoomed ? [event.offsetX / zoom, event.offsetY / zoom] : [event.offsetX, event.offsetY];
   }
 
   private down(event: PointerEvent): void {
@@ -45,12 +59,13 @@ export class PointerTracker {
     // A finger is bound to where it came down; a chart wants to hear when it leaves.
     if (this.canvas.hasPointerCapture(event.pointerId)) this.canvas.releasePointerCapture(event.pointerId);
     if (event.pointerType !== 'mouse') this.moved(event);
-    this.listener.down(event.offsetX, event.offsetY);
+    this.listener.down(...this.position(event));
   }
 
   private left(event: PointerEvent): void {
     if (!event.isPrimary) return;
-    const isInside = event.offsetX >= 0 && event.offsetY >= 0 && event.offsetX < this.canvas.clientWidth && event.offsetY < this.canvas.clientHeight;
+    const [x, y] = this.position(event);
+    const isInside = x >= 0 && y >= 0 && x < this.canvas.clientWidth && y < this.canvas.clientHeight;
     if (event.pointerType === 'touch' && isInside) this.linger();
     else this.exited();
   }

@@ -29,6 +29,7 @@ export class Stage implements InstanceListener {
   private mediaTime = 0;
   private isRunning = false;
   private isInTurn = false;
+  private hasShownFrame = false; // by the current instance
   private listening: AbortController | undefined;
   private resolution: MediaQueryList | undefined;
 
@@ -92,11 +93,14 @@ export class Stage implements InstanceListener {
   instanceFailed(error: unknown): void {
     console.error('zelkon-plot: the charts have failed and start over.', error);
     this.actors.clear();
+    // One that has never come so far as to show anything would fail in the same way again.
+    if (!this.hasShownFrame) return;
     // A frame that failed would fail again with the same data.
     const keepsData = !this.isInTurn;
     Instance.start(this).then((instance) => {
       this.current = instance;
       this.mediaTime = 0;
+      this.hasShownFrame = false;
       this.applySettings();
       for (const actor of [...this.present]) actor.restart(keepsData);
     }, report);
@@ -112,6 +116,7 @@ export class Stage implements InstanceListener {
     for (const id of [...this.actors.keys()]) this.current.compose(id);
     this.isRunning = this.current.endTurn();
     this.isInTurn = false;
+    this.hasShownFrame = true;
     if (this.isRunning) this.needsFrame();
   };
 

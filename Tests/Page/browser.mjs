@@ -84,17 +84,16 @@ const pixel = (element, x, y) => {
   const scale = canvas.width / canvas.clientWidth;
   return [...canvas.getContext('2d').getImageData(Math.floor(x * scale), Math.floor(y * scale), 1, 1).data];
 };
-// A digest of all pixels.
-const digest = (canvas) => {
-  const { data } = canvas.getContext('2d').getImageData(0, 0, canvas.width, canvas.height);
-  let hash = 0;
-  for (const byte of data) hash = Math.imul(hash ^ byte, 0x01000193);
-  return hash;
+const pixels = (element) => {
+  const canvas = element.shadowRoot.querySelector('canvas');
+  return [...canvas.getContext('2d').getImageData(0, 0, canvas.width, canvas.height).data];
 };
 `;
 
 export function assertNear(actual, expected, tolerance, message) {
-  actual.forEach((value, index) =>
-    assert.ok(Math.abs(value - expected[index]) <= tolerance, `${message}: ${actual} instead of ${expected}`),
-  );
+  assert.equal(actual.length, expected.length, message);
+  const worst = actual.findIndex((value, index) => !(Math.abs(value - expected[index]) <= tolerance));
+  if (worst < 0) return;
+  const from = Math.max(0, worst - 4);
+  assert.fail(`${message}: from ${from}, ${actual.slice(from, from + 8)} instead of ${expected.slice(from, from + 8)}`);
 }
