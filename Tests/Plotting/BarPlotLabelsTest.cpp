@@ -50,7 +50,8 @@ TEST(ValueAxis, ZeroCrossesThePlotAndOtherValuesHaveATick) {
                                                                  {{49, 156}, {57, 156}, 0.55},
                                                                  {{49, 206}, {57, 206}, 0.55},
                                                                  {{49, 256}, {57, 256}, 0.55}}));
-  for (const DisplayList::Stroke& stroke : host.drawn().strokes) EXPECT_EQ(stroke.style.width, 1);
+  const Drawn drawn = host.drawn();
+  for (const DisplayList::Stroke& stroke : drawn.strokes) EXPECT_EQ(stroke.style.width, 1);
 }
 
 TEST(ValueAxis, FullWidthGridlinesRunFromTheLabelsAcrossThePlot) {

@@ -1,0 +1,392 @@
+// The line: thinning, spacing, layers with their reveal, drawing, and the category axis.
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "Classes/Plotting/LinePlot.h"
+#include "Foundation/NSException.h"
+#include "Support/PlotterHost.h"
+
+namespace zelkon {
+namespace {
+
+using Host = PlotterHost<LinePlot>;
+
+constexpr const char* kTooLong = "AAAAAAAAAAAAAAAAAAAAAAAAAAAAAA";  // 180 points even at 10
+
+// The plot begins 33 points from the left and is 57 narrower than the layer, begins 41 from the bottom and is 96 lower.
+ValueDictionary withoutValueLabels() { return {{"DisplayYLabels", false}}; }
+
+PlotEntryListRef daysOf(size_t count) {
+  std::vector<PlotEntryRef> entries;
+  for (size_t i = 0; i < count; ++i)
+    entries.push_back(plotEntry(static_cast<double>(i), ("Day " + std::to_string(i)).c_str()));
+  return plotEntries(entries);
+}
+
+TEST(LineThinning, MoreEntriesThanPointsArePickedAtEvenSteps) {
+  Host host(257.4, 296, withoutValueLabels());
+  const PlotEntryListRef data = daysOf(300);
+  host.plot->setPlotData(data);
+  ASSERT_NEAR(host.plot->plotRect().size.width, 200.4, 1e-9);
+  EXPECT_EQ(host.plot->pixelsPerRenderPoint(), 1);
+  ASSERT_EQ(host.plot->plotData()->count(), 200u);
+  for (size_t i = 0; i < 200; ++i)
+    EXPECT_EQ(host.plot->plotData()->y(i), std::floor(static_cast<double>(i) * 300 / 200.4)) << i;
+}
+
+TEST(LineThinning, FewerEntriesThanPointsAreAllKeptAsCopies) {
+  Host host(257, 296, withoutValueLabels());
+  const PlotEntryListRef data = daysOf(50);
+  host.plot->setPlotData(data);
+  EXPECT_EQ(host.plot->pixelsPerRenderPoint(), 4);
+  ASSERT_EQ(host.plot->plotData()->count(), 50u);
+  EXPECT_NE(host.plot->plotData()->entry(7), data->entry(7));
+  EXPECT_EQ(*host.plot->plotData()->entry(7), *data->entry(7));
+}
+
+TEST(LineThinning, AsManyEntriesAsPointsAreAllKept) {
+  Host host(257, 296, withoutValueLabels());
+  host.plot->setPlotData(daysOf(200));
+  EXPECT_EQ(host.plot->pixelsPerRenderPoint(), 1);
+  EXPECT_EQ(host.plot->plotData()->count(), 200u);
+}
+
+TEST(LineThinning, HappensWithoutCategoryLabelsToo) {
+  Host host(257.4, 296, {{"DisplayYLabels", false}, {"DisplayXLabels", false}});
+  host.plot->setPlotData(daysOf(300));
+  EXPECT_EQ(host.plot->plotData()->count(), 200u);
+  EXPECT_EQ(host.plot->pixelsPerRenderPoint(), 1);
+  EXPECT_TRUE(host.plot->xLabels().empty());
+  EXPECT_TRUE(host.drawn().texts.empty());
+}
+
+TEST(LineThinning, NoEntriesMakeNoLabelsAndDrawNone) {
+  Host host(257, 296, withoutValueLabels());
+  host.plot->setPlotData(plotAmounts({}));
+  EXPECT_TRUE(host.plot->xLabels().empty());
+  EXPECT_TRUE(host.drawn().texts.empty());
+  host.plot->doDisplay();
+  CATransaction::flush();
+}
+
+TEST(LineThinning, APlotWithoutAWidthKeepsTheDataAndMakesNoLabels) {
+  Host host(57, 296, withoutValueLabels());
+  host.plot->setPlotData(daysOf(5));
+  ASSERT_EQ(host.plot->plotRect().size.width, 0);
+  EXPECT_EQ(host.plot->pixelsPerRenderPoint(), 1);
+  EXPECT_EQ(host.plot->plotData()->count(), 5u);
+  EXPECT_TRUE(host.plot->xLabels().empty());
+}
+
+TEST(LineThinning, APlotOfNegativeWidthKeepsNothing) {
+  Host host(20, 296, withoutValueLabels());
+  EXPECT_NO_THROW(host.plot->setPlotData(daysOf(5)));
+  EXPECT_EQ(host.plot->plotData()->count(), 0u);
+}
+
+TEST(LineGeneration, AGenerationAskedForMeanwhileIsDropped) {
+  struct Nested : LinePlot {
+    int generations = 0;
+    void createPlot() override {
+      ++generations;
+      LinePlot::createPlot();
+      generatePlot();
+    }
+  };
+  PlotterHost<Nested> host(257, 296);
+  host.plot->setPlotData(daysOf(50));
+  EXPECT_EQ(host.plot->generations, 1);
+  host.plot->setPlotData(daysOf(50));
+  EXPECT_EQ(host.plot->generations, 2);
+}
+
+TEST(LineGeneration, AnExceptionDoesNotBlockTheNextGeneration) {
+  struct Failing : LinePlot {
+    bool fails = true;
+    void createPlot() override {
+      if (fails) NSRaise(NSInternalInconsistencyException, "no plot");
+      LinePlot::createPlot();
+    }
+  };
+  PlotterHost<Failing> host(257, 296);
+  EXPECT_THROW(host.plot->setPlotData(daysOf(5)), NSException);
+  EXPECT_EQ(host.root->contents(), nullptr);
+  host.plot->fails = false;
+  host.plot->setPlotData(daysOf(5));
+  EXPECT_NE(host.root->contents(), nullptr);
+}
+
+TEST(LineGeneration, TheFirstPlotHasNoRoomSetAsideForItsLabelsAndLaterOnesHave) {
+  Host host(257, 296, withoutValueLabels());
+  host.plot->setPlotData(daysOf(3));
+  EXPECT_EQ(host.plot->plotRect(), CGRectMake(33, 41, 200, 200));
+  host.plot->setPlotData(daysOf(3));
+  EXPECT_EQ(host.plot->plotRect(), CGRectMake(33, 56, 200, 185));
+}
+
+struct Shown : Host {
+  Shown() : Host(457, 296, withoutValueLabels()) {
+    plot->setPlotData(plotAmounts({100, 50}));
+    plot->doDisplay();
+  }
+  CALayerRef clip() const { return root->sublayers()[0]; }
+  CALayerRef body() const { return clip()->sublayers()[0]; }
+};
+
+TEST(LineLayers, ABodyInAClipLieOverThePlot) {
+  const Shown host;
+  ASSERT_EQ(host.root->sublayers().size(), 1u);
+  EXPECT_EQ(host.clip()->bounds(), CGRectMake(33, 41, 400, 200));
+  EXPECT_EQ(host.clip()->frame(), CGRectMake(33, 41, 400, 200));
+  EXPECT_EQ(host.clip()->anchorPoint(), CGPointMake(0, 0.5));
+  EXPECT_TRUE(host.clip()->masksToBounds());
+  EXPECT_TRUE(host.clip()->needsDisplay());
+  EXPECT_TRUE(host.clip()->needsDisplayOnBoundsChange());
+  EXPECT_EQ(host.body()->frame(), CGRectMake(33, 41, 400, 200));
+  EXPECT_EQ(host.body()->delegate(), host.plot);
+  EXPECT_TRUE(host.body()->needsDisplay());
+  EXPECT_TRUE(host.body()->needsDisplayOnBoundsChange());
+}
+
+TEST(LineLayers, TheFirstDisplayWipesTheLineInWithinASecond) {
+  const Shown host;
+  ASSERT_EQ(host.delegate->told.size(), 1u);
+  EXPECT_EQ(host.delegate->told[0].key, "bounds");
+  const CABasicAnimation* wipe = host.clip()->animationForKey("bounds");
+  ASSERT_NE(wipe, nullptr);
+  EXPECT_EQ(wipe->keyPath, "bounds");
+  EXPECT_EQ(std::get<CGRect>(*wipe->fromValue), CGRectMake(33, 41, 0, 200));
+  EXPECT_EQ(std::get<CGRect>(*wipe->toValue), CGRectMake(33, 41, 400, 200));
+  EXPECT_EQ(wipe->duration, 1);
+  EXPECT_EQ(wipe->timingFunction, kCAMediaTimingFunctionLinear);
+  EXPECT_EQ(wipe->fillMode, CAFillMode::forwards);
+  EXPECT_FALSE(wipe->removedOnCompletion);
+  EXPECT_EQ(wipe->valueForKey("key"), Value("bounds"));
+}
+
+TEST(LineLayers, ARedisplayAddsThemAgainWithoutTheWipe) {
+  Shown host;
+  host.plot->redisplay();
+  ASSERT_EQ(host.root->sublayers().size(), 2u);
+  EXPECT_TRUE(host.root->sublayers()[1]->animationKeys().empty());
+  host.plot->doDisplay();
+  EXPECT_EQ(host.root->sublayers().size(), 3u);
+  EXPECT_EQ(host.delegate->told.size(), 1u);
+}
+
+TEST(LineLayers, ARedisplayBeforeTheFirstDisplayDoesNothing) {
+  Host host(457, 296);
+  host.plot->setPlotData(plotAmounts({100, 50}));
+  host.plot->redisplay();
+  EXPECT_TRUE(host.root->sublayers().empty());
+}
+
+TEST(LineLayers, LaterDataRemoveThem) {
+  Shown host;
+  host.plot->setPlotData(plotAmounts({1, 2}));
+  EXPECT_TRUE(host.root->sublayers().empty());
+}
+
+// The body of a plot of 400 by 200 at (33, 41), drawn; `origin` moves the body's own coordinates.
+struct Drawing : Host {
+  CALayerRef body = CALayer::layer();
+  explicit Drawing(const std::vector<double>& amounts, ValueDictionary chosen = withoutValueLabels())
+      : Host(457, 296, std::move(chosen)) {
+    plot->setPlotData(plotAmounts(amounts));
+    body->setFrame(plot->plotRect());
+  }
+  Drawn draw() {
+    RecordingContext context;
+    plot->drawLayer(*body, context);
+    return Drawn(*context.snapshot());
+  }
+  std::vector<CGPoint> line() {
+    const Drawn drawn = draw();
+    std::vector<CGPoint> points;
+    for (const CGPathElement& element : drawn.strokes.at(0).path.elements()) points.push_back(element.points[0]);
+    return points;
+  }
+};
+
+TEST(LineDrawing, PointsAreSpacedFromTheLeftEdgeAndLeaveTwoPointsAbove) {
+  Drawing drawing({100, 50, 0, 25});
+  EXPECT_EQ(drawing.line(), (std::vector<CGPoint>{{0, 198}, {100, 99}, {200, 0}, {300, 49.5}}));
+}
+
+TEST(LineDrawing, StaysThreePointsClearOfTheBottomButOnItAtZero) {
+  Drawing drawing({100, 0.5, 0, 1.6});  // 0.99 and 3.168 points up
+  const std::vector<CGPoint> line = drawing.line();
+  EXPECT_EQ(line[1].y, 3);
+  EXPECT_EQ(line[2].y, 0);
+  EXPECT_NEAR(line[3].y, 3.168, 1e-9);
+}
+
+TEST(LineDrawing, StaysThreePointsBelowZeroWhereItsCoordinatesReachBelow) {
+  Drawing drawing({100, 50, 49.5, 49});
+  drawing.body->setBounds(CGRectMake(0, -99, 400, 200));
+  const std::vector<CGPoint> line = drawing.line();
+  EXPECT_EQ(line[1].y, 0);
+  EXPECT_EQ(line[2].y, -3);  // 0.99 below
+  EXPECT_EQ(line[3].y, -3);  // 1.98 below
+}
+
+TEST(LineDrawing, WithAllValuesPositiveMagnitudesAreDrawn) {
+  Drawing drawing({100, -50}, {{"DisplayYLabels", false}, {"AllValuesPositive", true}});
+  EXPECT_EQ(drawing.line(), (std::vector<CGPoint>{{0, 198}, {200, 99}}));
+}
+
+TEST(LineDrawing, TheStrokeIsTwoPointsOfDarkGrey) {
+  Drawing drawing({100, 50});
+  const Drawn drawn = drawing.draw();
+  ASSERT_EQ(drawn.strokes.size(), 1u);
+  EXPECT_EQ(drawn.strokes[0].style.width, 2);
+  EXPECT_EQ(drawn.strokes[0].color, (RGBA{1.0 / 3, 1.0 / 3, 1.0 / 3, 1}));
+}
+
+TEST(LineDrawing, TheFillReachesFromTheBottomToTheHighestPoint) {
+  Drawing drawing({50, 100});
+  const Drawn drawn = drawing.draw();
+  ASSERT_EQ(drawn.clips.size(), 1u);
+  std::vector<CGPoint> area;
+  for (const CGPathElement& element : drawn.clips[0].path.elements())
+    if (element.type != CGPathElement::Type::close) area.push_back(element.points[0]);
+  EXPECT_EQ(area, (std::vector<CGPoint>{{0, 99}, {200, 198}, {200, 0}, {0, 0}}));
+  ASSERT_EQ(drawn.gradients.size(), 1u);
+  EXPECT_EQ(drawn.gradients[0].placement, (CGGradientPlacement{{0, 0}, {0, 198}, 0, 0}));
+  EXPECT_EQ(drawn.gradients[0].gradient->stops()[0].color, (RGBA{1, 1, 1, 0}));
+  EXPECT_EQ(drawn.gradients[0].gradient->stops()[1].color, (RGBA{0.66, 0.79, 0.16, 1}));
+}
+
+TEST(LineDrawing, HitRectanglesAreCentredOnThePointsAndAsHighAsTheLine) {
+  Drawing drawing({100, 50});
+  drawing.draw();
+  const PlotEntryListRef data = drawing.plot->plotData();
+  EXPECT_EQ(drawing.plot->rectForEntry(data->entry(0)), CGRectMake(33 - 100, 41, 200, 198));
+  EXPECT_EQ(drawing.plot->rectForEntry(data->entry(1)), CGRectMake(133, 41, 200, 99));
+  EXPECT_EQ(drawing.plot->entryForPoint({140, 60}), data->entry(1));
+  EXPECT_EQ(drawing.plot->entryForPoint({140, 141}), nullptr);
+  EXPECT_EQ(drawing.plot->entryForPoint({132, 230}), data->entry(0));
+}
+
+TEST(LineDrawing, ASingleEntryStrokesNothingAndCanBeHit) {
+  Drawing drawing({100});
+  EXPECT_TRUE(drawing.draw().strokes.empty());
+  EXPECT_EQ(drawing.plot->rectForEntry(drawing.plot->plotData()->entry(0)), CGRectMake(33 - 200, 41, 400, 198));
+}
+
+TEST(LineDrawing, NothingIsDrawnWithoutEntries) {
+  Drawing drawing({});
+  const Drawn drawn = drawing.draw();
+  EXPECT_TRUE(drawn.strokes.empty());
+  EXPECT_TRUE(drawn.gradients.empty());
+}
+
+// ---- category axis: three entries in 300 points have slots of 100 that begin at -17, 83 and 183 ----
+
+struct Month {
+  const char *name, *year;
+};
+PlotEntryListRef months(const std::vector<Month>& named) {
+  std::vector<PlotEntryRef> entries;
+  for (const Month& month : named) entries.push_back(plotEntry(10, kTooLong, nullptr, month.name, month.year));
+  return plotEntries(entries);
+}
+struct Axis : Host {
+  explicit Axis(const PlotEntryListRef& data, double width = 357) : Host(width, 296, withoutValueLabels()) {
+    plot->setPlotData(data);
+  }
+  std::vector<DrawnLine> ticks() const {
+    std::vector<DrawnLine> upright;
+    const std::vector<DrawnLine> lines = straightLines(drawn());
+    for (const DrawnLine& line : lines)
+      if (line.from.x == line.to.x) upright.push_back(line);
+    return upright;
+  }
+};
+
+TEST(LineCategoryAxis, LabelsAreCentredOnTheirPoints) {
+  const Axis axis(plotAmounts({1, 2, 3}));
+  const Drawn drawn = axis.drawn();
+  ASSERT_NE(drawn.text("B"), nullptr);
+  // Slots 24 points from the bottom and 15 high; the baseline lies 12 points below their top.
+  EXPECT_NEAR(drawn.text("B")->origin.x, 83 + (100 - 7.2) / 2, 1e-9);
+  EXPECT_NEAR(drawn.text("B")->origin.y, 24 + 15 - 12, 1e-9);
+}
+
+TEST(LineCategoryAxis, LongNamesThatFitAtATighterMarginAreDrawnWhateverElseThereIs) {
+  // 88 points at 10: 12 apart, too near for bars.
+  std::vector<PlotEntryRef> entries;
+  for (int i = 0; i < 3; ++i) entries.push_back(plotEntry(i, "AAAAAAAAAAAAAA", "Medium", "S", "2009"));
+  const Axis axis(plotEntries(entries));
+  EXPECT_EQ(axis.drawn().countOfText("AAAAAAAAAAAAAA"), 3u);
+  EXPECT_EQ(axis.drawn().countOfText("Medium"), 0u);
+}
+
+TEST(LineCategoryAxis, MediumNamesComeNext) {
+  const Axis axis(plotEntries(std::vector<PlotEntryRef>(3, plotEntry(1, kTooLong, "Medium", "Jan", "2009"))));
+  EXPECT_EQ(axis.drawn().countOfText("Medium"), 3u);
+  EXPECT_EQ(axis.drawn().countOfText("2009"), 0u);
+}
+
+TEST(LineCategoryAxis, ATickStandsBeforeTheJanuaryOfALaterYear) {
+  const Axis axis(months({{"Dec", "2009"}, {"Jan", "2010"}, {"Feb", "2010"}}));
+  const Drawn drawn = axis.drawn();
+  EXPECT_EQ(drawn.countOfText("2009"), 1u);
+  EXPECT_EQ(drawn.countOfText("2010"), 1u);
+  // Under the left edge of the month's text, -17 + 39.2 = 22.2 and 83 + 39.2 = 122.2, cut to whole points.
+  EXPECT_NEAR(drawn.text("2009")->origin.x, 22, 1e-9);
+  EXPECT_NEAR(drawn.text("2010")->origin.x, 122, 1e-9);
+  EXPECT_NEAR(drawn.text("2010")->origin.y, 10 + 15 - 12, 1e-9);
+  EXPECT_EQ(axis.ticks(), (std::vector<DrawnLine>{{{82, 39}, {82, 29}, 0.29}}));
+}
+
+TEST(LineCategoryAxis, OneYearHasOneSubtitleAndNoTick) {
+  const Axis axis(months({{"Feb", "2010"}, {"Mar", "2010"}}));
+  EXPECT_EQ(axis.drawn().countOfText("2010"), 1u);
+  EXPECT_TRUE(axis.ticks().empty());
+}
+
+TEST(LineCategoryAxis, AChartThatBeginsInJanuaryHasNoTickAtItsEdge) {
+  const Axis axis(months({{"Jan", "2010"}, {"Feb", "2010"}, {"Mar", "2010"}}));
+  EXPECT_EQ(axis.drawn().countOfText("2010"), 1u);
+  EXPECT_TRUE(axis.ticks().empty());
+}
+
+TEST(LineCategoryAxis, AFirstSubtitleUnderALaterJanuaryHasATick) {
+  const Axis axis(months({{"Dec", ""}, {"Jan", "2010"}, {"Feb", "2010"}}));
+  EXPECT_EQ(axis.ticks(), (std::vector<DrawnLine>{{{82, 39}, {82, 29}, 0.29}}));
+}
+
+TEST(LineCategoryAxis, AFirstSubtitleUnderAnotherMonthHasNone) {
+  const Axis axis(months({{"Dec", ""}, {"Feb", "2010"}, {"Mar", "2010"}}));
+  EXPECT_EQ(axis.drawn().countOfText("2010"), 1u);
+  EXPECT_TRUE(axis.ticks().empty());
+}
+
+TEST(LineCategoryAxis, ANameThatIsNoMonthHasNoTickForTheFirstSubtitle) {
+  const Axis axis(months({{"Dec", ""}, {"Q1", "2010"}, {"Mar", "2010"}}));
+  EXPECT_TRUE(axis.ticks().empty());
+}
+
+TEST(LineCategoryAxis, LaterSubtitlesHaveATickInAnyMonth) {
+  const Axis axis(months({{"Apr", "2009"}, {"May", "2010"}, {"Jun", "2011"}}));
+  EXPECT_EQ(axis.ticks(), (std::vector<DrawnLine>{{{82, 39}, {82, 29}, 0.29}, {{182, 39}, {182, 29}, 0.29}}));
+}
+
+TEST(LineCategoryAxis, TwoYearsOfMonthsThinToQuarterStarts) {
+  const char* const names[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+  std::vector<Month> named;
+  for (int i = 0; i < 24; ++i) named.push_back({names[i % 12], i < 12 ? "2009" : "2010"});
+  const Axis axis(months(named), 57 + 24 * 11);  // a quarter every 33 points
+  const Drawn drawn = axis.drawn();
+  for (const char* name : {"Jan", "Apr", "Jul", "Oct"}) EXPECT_EQ(drawn.countOfText(name), 2u) << name;
+  EXPECT_EQ(drawn.countOfText("Feb"), 0u);
+  EXPECT_EQ(drawn.countOfText("2009"), 1u);
+  EXPECT_EQ(drawn.countOfText("2010"), 1u);
+  ASSERT_EQ(axis.ticks().size(), 1u);
+  EXPECT_EQ(axis.ticks()[0].from.x, std::floor(33 - 5.5 + 12 * 11) - 1);
+}
+
+}  // namespace
+}  // namespace zelkon
