@@ -138,7 +138,10 @@ void CALayer::setFrame(CGRect frame) {
 }
 
 void CALayer::setTransform(const CATransform3D& t) { change("transform", &CALayerProperties::transform, t); }
-void CALayer::setZPosition(double z) { change("zPosition", &CALayerProperties::zPosition, z); }
+void CALayer::setZPosition(double z) {
+  // Layers are sorted by it: it has to compare with every other.
+  change("zPosition", &CALayerProperties::zPosition, std::isnan(z) ? 0 : z);
+}
 
 // ---- appearance ----
 

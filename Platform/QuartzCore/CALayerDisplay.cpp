@@ -74,32 +74,34 @@ void CALayer::renderInContext(CGContext& context) {
     CALayerRef keptAlive;
     CALayer* layer;
     bool isLeaving;
+    bool masks, fades;  // as they were on entering: drawing may change the layer
   };
-  std::vector<Step> steps{{weak_from_this().lock(), this, false}};
+  std::vector<Step> steps{{weak_from_this().lock(), this, false, false, false}};
   while (!steps.empty()) {
     const Step step = std::move(steps.back());
     steps.pop_back();
     CALayer& layer = *step.layer;
     if (step.isLeaving) {
-      if (layer.model_.masksToBounds) context.restoreGState();
+      if (step.masks) context.restoreGState();
       CALayerPaintBorder(context, layer.model_, 0);
-      if (layer.model_.opacity < 1) context.endTransparencyLayer();
+      if (step.fades) context.endTransparencyLayer();
       context.restoreGState();
       continue;
     }
     layer.displayIfNeeded();
     const CALayerProperties& p = layer.model_;
     if (p.hidden || p.mask || p.compositingFilter || !(p.opacity > 0)) continue;
+    const bool masks = p.masksToBounds, fades = p.opacity < 1;
     context.saveGState();
     if (&layer != this) context.concatCTM(CALayerToSuperlayerTransform(p));
-    if (p.opacity < 1) {
+    if (fades) {
       context.setAlpha(p.opacity);
       context.beginTransparencyLayer();
     }
     CALayerPaintBackground(context, p, 0);
     const bool contentsFirst = !p.masksToBounds || !CALayerContentsNeedClip(p);
     if (contentsFirst) CALayerPaintContents(context, p, 0);
-    if (p.masksToBounds) {
+    if (masks) {
       context.saveGState();
       CALayerClipToBounds(context, p, 0);
     }
@@ -110,10 +112,10 @@ void CALayer::renderInContext(CGContext& context) {
       layer.drawInContext(context);
       context.restoreGState();
     }
-    steps.push_back({step.keptAlive, &layer, true});
+    steps.push_back({step.keptAlive, &layer, true, masks, fades});
     const std::vector<CALayerRef> sublayers = inDrawingOrder(layer.sublayers_);
     for (auto sublayer = sublayers.rbegin(); sublayer != sublayers.rend(); ++sublayer)
-      steps.push_back({*sublayer, sublayer->get(), false});
+      steps.push_back({*sublayer, sublayer->get(), false, false, false});
   }
 }
 

@@ -11,6 +11,8 @@ namespace {
 
 // Beyond this many standard deviations a shadow cannot be seen.
 constexpr double shadowReach = 3;
+// Every component but 0 is at its maximum long before; keeps the product finite.
+constexpr double brightest = 1e6;
 
 bool isFinite(CGRect r) {
   return std::isfinite(r.origin.x) && std::isfinite(r.origin.y) && std::isfinite(r.size.width) &&
@@ -40,7 +42,8 @@ void noteFilters(CAPreparedLayer& prepared) {
   for (const CIFilterRef& filter : prepared.shown->filters) {
     if (!filter) continue;
     if (const auto* exposure = std::get_if<CIExposureAdjust>(filter.get())) {
-      prepared.brightness *= exposure->factor();
+      const double factor = exposure->factor();
+      if (!std::isnan(factor)) prepared.brightness *= std::min(factor, brightest);
     } else if (const auto* gradient = std::get_if<CIGaussianGradient>(filter.get())) {
       // What came before is replaced.
       prepared.generator = gradient;
@@ -50,6 +53,11 @@ void noteFilters(CAPreparedLayer& prepared) {
 }
 
 }  // namespace
+
+bool CAPreparedLayer::hasShadow() const {
+  return shown->shadowOpacity > 0 && std::isfinite(shown->shadowOffset.width) &&
+         std::isfinite(shown->shadowOffset.height) && std::isfinite(shown->shadowRadius);
+}
 
 bool CAPreparedLayer::isGroup(const CGContext& context) const {
   if (hasShadow() || mask || generator != nullptr || brightness != 1) return true;

@@ -27,7 +27,7 @@ struct CAPreparedLayer {
   const CIGaussianGradient* generator = nullptr;  // stands in for all content inside the bounds
   std::shared_ptr<const CAPreparedTree> mask;     // null without one; empty when the mask shows nothing
 
-  bool hasShadow() const { return shown->shadowOpacity > 0; }
+  bool hasShadow() const;
   // Whether it has to be finished by itself before it meets what lies beneath in `context`.
   bool isGroup(const CGContext& context) const;
 };

@@ -1,5 +1,6 @@
 #include "QuartzCore/CATreePainter.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "CoreGraphics/CGGradient.h"
@@ -13,9 +14,9 @@ namespace {
 CGShadow shadowOf(const CALayerProperties& p, const CGAffineTransform& ctm) {
   const CGAffineTransform linear{ctm.a, ctm.b, ctm.c, ctm.d, 0, 0};
   CGShadow shadow{CGSizeApplyAffineTransform(p.shadowOffset, linear),
-                  p.shadowRadius * std::sqrt(std::abs(ctm.a * ctm.d - ctm.b * ctm.c)), RGBA{0, 0, 0, 1}};
+                  std::max(p.shadowRadius, 0.0) * std::sqrt(std::abs(ctm.a * ctm.d - ctm.b * ctm.c)), RGBA{0, 0, 0, 1}};
   if (p.shadowColor) shadow.color = p.shadowColor->rgba();
-  shadow.color.alpha *= p.shadowOpacity;
+  shadow.color.alpha *= std::min(p.shadowOpacity, 1.0);
   return shadow;
 }
 
@@ -78,12 +79,7 @@ bool CATreePainter::enter(const std::vector<CAPreparedLayer>& layers, size_t ind
     ++open.groups;
   }
   if (prepared.generator != nullptr) {
-    context_.saveGState();
-    context_.clipToRect(p.bounds);
-    context_.drawRadialGradient(prepared.generator->gradient(), prepared.generator->inputCenter,
-                                prepared.generator->inputRadius,
-                                kCGGradientDrawsBeforeStartLocation | kCGGradientDrawsAfterEndLocation);
-    context_.restoreGState();
+    paintGenerator(*prepared.generator, p.bounds);
     open_.push_back(open);
     return true;
   }
@@ -100,6 +96,19 @@ bool CATreePainter::enter(const std::vector<CAPreparedLayer>& layers, size_t ind
   if (!contentsFirst) CALayerPaintContents(context_, p, scale_);
   open_.push_back(open);
   return true;
+}
+
+void CATreePainter::paintGenerator(const CIGaussianGradient& generator, CGRect bounds) {
+  if (!(generator.inputRadius > 0)) {
+    context_.setFillColor(generator.inputColor1);
+    context_.fillRect(bounds);
+    return;
+  }
+  context_.saveGState();
+  context_.clipToRect(bounds);
+  context_.drawRadialGradient(generator.gradient(), generator.inputCenter, generator.inputRadius,
+                              kCGGradientDrawsBeforeStartLocation | kCGGradientDrawsAfterEndLocation);
+  context_.restoreGState();
 }
 
 void CATreePainter::leave(const std::vector<CAPreparedLayer>& layers) {

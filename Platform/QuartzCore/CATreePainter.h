@@ -26,6 +26,7 @@ class CATreePainter {
   void paintRange(const std::vector<CAPreparedLayer>& layers, size_t begin, size_t end);
   // Saves the state; false when the layer is done with already.
   bool enter(const std::vector<CAPreparedLayer>& layers, size_t index, bool placed);
+  void paintGenerator(const CIGaussianGradient& generator, CGRect bounds);
   void leave(const std::vector<CAPreparedLayer>& layers);
   bool paintPicture(const std::vector<CAPreparedLayer>& layers, size_t index, bool moving);
   bool liesOnPixels() const;

@@ -133,6 +133,32 @@ TEST_F(CACompositorTest, AMaskOfItselfEnds) {
   mask->setMask(nullptr);
 }
 
+TEST_F(CACompositorTest, OddNumbersHarmNothing) {
+  for (const double odd : {HUGE_VAL, -HUGE_VAL, std::nan(""), 1e300, -1e300}) {
+    const CALayerRef layer = addFilled(CGRectMake(0, 0, 20, 20), red);
+    layer->setShadowOpacity(odd);
+    layer->setShadowRadius(odd);
+    layer->setShadowOffset({odd, odd});
+    layer->setCornerRadius(odd);
+    layer->setBorderWidth(odd);
+    layer->setZPosition(odd);
+    layer->setOpacity(odd);
+    layer->setFilters({CIFilterCreate(CIExposureAdjust{odd}),
+                       CIFilterCreate(CIGaussianGradient{{odd, odd}, odd, {0, 0, 0, 0}, {odd, odd, odd, odd}})});
+    const CALayerRef moved = addFilled(CGRectMake(0, 0, 20, 20), red);
+    moved->setTransform(CATransform3DScale(CATransform3DIdentity, odd, odd, 1));
+    moved->setPosition({odd, odd});
+    addFilled(CGRectMake(odd, odd, odd, odd), red)->setShadowOpacity(1);
+  }
+  for (const std::string& line : composed()) EXPECT_EQ(line.find("nan"), std::string::npos) << line;
+}
+
+TEST_F(CACompositorTest, AGradientWithoutARadiusIsItsOuterColour) {
+  addFilled(CGRectMake(0, 0, 20, 20), red)
+      ->setFilters({CIFilterCreate(CIGaussianGradient{{5, 5}, 0, {0, 0, 0, 0}, {0, 0, 1, 1}})});
+  EXPECT_EQ(composed(), (Lines{"group a1", "fill [0 0 20 20] 0,0,1,1", "end"}));
+}
+
 TEST_F(CACompositorTest, OverlayMixesWithWhatLiesBelow) {
   addFilled(CGRectMake(0, 0, 50, 50), blue);
   addFilled(CGRectMake(0, 0, 20, 20), red)->setCompositingFilter(CIFilterCreate(CIOverlayBlendMode{}));
