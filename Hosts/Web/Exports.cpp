@@ -58,6 +58,19 @@ EMSCRIPTEN_KEEPALIVE void zelkon_mouse_exited(int id) {
   withPlot(id, [&](WebPlot& plot) { plot.mouseExited(); });
 }
 
+// What the keyboard does with a chart.
+EMSCRIPTEN_KEEPALIVE void zelkon_key_step(int id, int steps) {
+  withPlot(id, [&](WebPlot& plot) { plot.step(steps); });
+}
+
+EMSCRIPTEN_KEEPALIVE void zelkon_key_end(int id, int last) {
+  withPlot(id, [&](WebPlot& plot) { plot.stepToEnd(last != 0); });
+}
+
+EMSCRIPTEN_KEEPALIVE void zelkon_key_press(int id) {
+  withPlot(id, [&](WebPlot& plot) { plot.press(); });
+}
+
 // The block is read before anything of the chart runs.
 EMSCRIPTEN_KEEPALIVE void zelkon_call(int id, const char* name, size_t nameLength, const uint8_t* block, size_t size) {
   withPlot(id,

@@ -10,6 +10,8 @@ void zelkon_page_call(int plot, const char* name, size_t nameLength, const char*
 // Sets a property of an object that the page handed to the call that is running, once that call has returned. `object`
 // counts the objects of the call's arguments from 0; `value` is JSON.
 void zelkon_page_set(int object, const char* key, size_t keyLength, const char* value, size_t valueLength);
+// What a screen reader shall say of the entry that the keyboard has come to: JSON of its label, amount and share.
+void zelkon_page_announce(int plot, const char* entry, size_t length);
 // A line of the system log.
 void zelkon_page_log(const char* line, size_t length);
 // Copies the named resource to `bytes` and answers its whole size, which may exceed `capacity`: nothing is copied then.

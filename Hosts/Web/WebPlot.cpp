@@ -6,6 +6,8 @@
 #include "Classes/Views/PlotView.h"
 #include "Foundation/NSLog.h"
 #include "Foundation/NSRunLoop.h"
+#include "Hosts/Web/PageImports.h"
+#include "Hosts/Web/PageJSON.h"
 #include "QuartzCore/CATransaction.h"
 
 namespace zelkon {
@@ -107,6 +109,7 @@ void WebPlot::setVisibleRect(CGRect rect) {
 
 void WebPlot::mouseMoved(CGPoint p) {
   pointer_ = p;
+  step_.reset();
   window_->sendMouseMoved(windowPoint(p));
 }
 
@@ -115,7 +118,33 @@ void WebPlot::mouseDown(CGPoint p) { window_->sendMouseDown(windowPoint(p)); }
 void WebPlot::mouseExited() {
   if (!pointer_) return;
   pointer_.reset();
+  step_.reset();
   window_->sendMouseExited();
+}
+
+void WebPlot::step(int steps) {
+  const std::vector<KeyStop> stops = KeyStopsOfView(*view_);
+  if (stops.empty()) return;
+  const int count = static_cast<int>(stops.size());
+  const int from = step_ ? static_cast<int>(*step_) : steps > 0 ? -1 : 0;
+  stepTo(stops, static_cast<size_t>(((from + steps) % count + count) % count));
+}
+
+void WebPlot::stepToEnd(bool last) {
+  const std::vector<KeyStop> stops = KeyStopsOfView(*view_);
+  if (!stops.empty()) stepTo(stops, last ? stops.size() - 1 : 0);
+}
+
+void WebPlot::stepTo(const std::vector<KeyStop>& stops, size_t index) {
+  const KeyStop& stop = stops[index];
+  mouseMoved({stop.point.x, size_.height - stop.point.y});
+  step_ = index;
+  const std::string text = PageJSON(Value(ValueArray{stop.label, stop.amount, stop.share}));
+  zelkon_page_announce(id_, text.data(), text.size());
+}
+
+void WebPlot::press() {
+  if (pointer_) mouseDown(*pointer_);
 }
 
 void WebPlot::call(const std::string& name, ValueArray arguments) {
@@ -142,6 +171,10 @@ bool WebPlot::refreshIfNeeded() {
   NSSetLogSink(log);
   if (!wasShown) return true;
   settle();
+  if (step_) {
+    const std::vector<KeyStop> stops = KeyStopsOfView(*view_);
+    if (*step_ < stops.size()) pointer_ = windowPoint(stops[*step_].point);
+  }
   if (pointer_) {
     window_->sendMouseMoved(windowPoint(*pointer_));
     settle();

@@ -12,6 +12,7 @@
 #include "AppKit/NSView.h"
 #include "Backends/Canvas/CanvasDevice.h"
 #include "Classes/Views/CALayerPlotView.h"
+#include "Hosts/Web/KeyStops.h"
 #include "Hosts/Web/PageScript.h"
 #include "QuartzCore/CACompositor.h"
 
@@ -38,6 +39,12 @@ class WebPlot {
   void mouseMoved(CGPoint p);
   void mouseDown(CGPoint p);
   void mouseExited();
+  // Takes the pointer to the entry so many steps on (or back) from the one that it was taken to before, round and
+  // round, or to the first or last one, and tells the page's side what is there.
+  void step(int steps);
+  void stepToEnd(bool last);
+  // Presses the pointer where it was taken.
+  void press();
   // Calls the operation that page script knows by that name.
   void call(const std::string& name, ValueArray arguments);
 
@@ -56,6 +63,7 @@ class WebPlot {
   void makeView();
   void dropView();
   void settle();
+  void stepTo(const std::vector<KeyStop>& stops, size_t index);
   CGPoint windowPoint(CGPoint p) const { return {p.x, size_.height - p.y}; }
 
   int id_, canvas_;
@@ -71,6 +79,7 @@ class WebPlot {
   std::shared_ptr<Surface> screen_;
   std::optional<ValueArray> options_, data_;
   std::optional<CGPoint> pointer_;
+  std::optional<size_t> step_;  // the entry that the keyboard has taken the pointer to
   bool started_ = false, shown_ = false, needsFreshView_ = false, needsFrame_ = true, wasAnimating_ = false;
 };
 

@@ -1,5 +1,6 @@
 // The element <zelkon-plot plot="…">: a chart from the moment it is in the page until it is taken out.
 import { flattenData, flattenOptions, flattenValues, type FlatArguments } from './flatten';
+import { Keyboard } from './keyboard';
 import { cssZoom, PointerTracker } from './pointer';
 import { visiblePart, scrollingAncestor } from './scrolling';
 import type { Actor, Stage } from './stage';
@@ -11,6 +12,7 @@ sheet.replaceSync(`
   canvas { display: block; width: 100%; height: 100%; border-radius: inherit; }
   canvas.paper { object-fit: contain; }
   [hidden] { display: none; }
+  .voice { position: absolute; width: 1px; height: 1px; overflow: hidden; clip-path: inset(50%); white-space: nowrap; }
 `);
 
 // Paper shows finer dots than screens, but a picture must stay within what canvases can hold.
@@ -19,8 +21,10 @@ const mostPaperPixels = 1 << 24;
 
 const stages = new WeakMap<typeof ZelkonPlot, Stage>();
 
-export class ZelkonPlot extends HTMLElement implements Actor {
-  static readonly observedAttributes = ['plot'];
+export class ZelkonPlot extends HTMLElement {
+  // Besides the chart's name: no-keyboard, for pages that see to keys and screen readers themselves, and the name that
+  // screen readers say.
+  static readonly observedAttributes = ['plot', 'no-keyboard', 'aria-label'];
 
   // The stage that elements made from now on play on.
   static set stage(stage: Stage) {
@@ -30,14 +34,31 @@ export class ZelkonPlot extends HTMLElement implements Actor {
   readonly #stage = stages.get(ZelkonPlot) as Stage;
   readonly #canvas = document.createElement('canvas');
   readonly #fallback = document.createElement('slot');
-  readonly #root = this.attachShadow({ mode: 'open' });
+  readonly #root = this.attachShadow({ mode: 'open', delegatesFocus: true });
   readonly #pointer = new PointerTracker(this.#canvas, {
     moved: (x, y) => this.#mouse((id) => this.#stage.instance.mouseMoved(id, ...this.#point(x, y))),
     down: (x, y) => this.#mouse((id) => this.#stage.instance.mouseDown(id, ...this.#point(x, y))),
     exited: () => this.#mouse((id) => this.#stage.instance.mouseExited(id)),
   });
+  readonly #keyboard = new Keyboard(this.#canvas, {
+    step: (steps) => this.#mouse((id) => this.#stage.instance.step(id, steps)),
+    stepToEnd: (last) => this.#mouse((id) => this.#stage.instance.stepToEnd(id, last)),
+    press: () => this.#mouse((id) => this.#stage.instance.press(id)),
+    exited: () => this.#mouse((id) => this.#stage.instance.mouseExited(id)),
+  });
   readonly #resizes = new ResizeObserver((entries) => this.#measured(entries[entries.length - 1]));
 
+  // What the stage may ask; a page sees none of it.
+  readonly #actor: Actor = {
+    window: () => this.ownerDocument.defaultView,
+    restart: (keepsData) => this.#restart(keepsData),
+    screenDidChange: () => this.#resize(...this.#cssSize()),
+    announce: (label, amount, share) => this.#keyboard.say(label, amount, share, this.ownerDocument.documentElement.lang || undefined),
+    beginPrinting: () => this.#beginPrinting(),
+    endPrinting: () => this.#endPrinting(),
+  };
+
+  #isStarted = false;
   #plot = 0; // the chart's number on the stage; 0 for none
   #screen = 0; // the canvas's number in the instance
   #width = 0; // points
@@ -53,7 +74,7 @@ export class ZelkonPlot extends HTMLElement implements Actor {
     super();
     this.#root.adoptedStyleSheets = [sheet];
     this.#fallback.hidden = true;
-    this.#root.append(this.#canvas, this.#fallback);
+    this.#root.append(this.#canvas, this.#fallback, this.#keyboard.voice);
   }
 
   // An array of objects with "key" and "value".
@@ -80,22 +101,26 @@ export class ZelkonPlot extends HTMLElement implements Actor {
   }
 
   connectedCallback(): void {
-    this.#stage.enter(this);
+    this.#stage.enter(this.#actor);
     this.#start();
   }
 
   disconnectedCallback(): void {
     this.#stop();
-    this.#stage.leave(this);
+    this.#stage.leave(this.#actor);
   }
 
-  attributeChangedCallback(): void {
-    if (!this.isConnected || this.#width + this.#plot === 0) return;
-    this.#stop();
-    this.#start();
+  attributeChangedCallback(name: string): void {
+    if (!this.#isStarted) return;
+    if (name === 'plot') {
+      this.#stop();
+      this.#start();
+    } else {
+      this.#describe();
+    }
   }
 
-  restart(keepsData: boolean): void {
+  #restart(keepsData: boolean): void {
     const [options, data] = keepsData ? [this.#options, this.#data] : [];
     this.#plot = this.#screen = 0;
     this.#stop();
@@ -104,12 +129,8 @@ export class ZelkonPlot extends HTMLElement implements Actor {
     if (data && this.#call('SetPlotData', data)) this.#data = data;
   }
 
-  screenDidChange(): void {
-    this.#resize(...this.#cssSize());
-  }
-
   // A flat picture takes the canvas's place; twice is no harm.
-  beginPrinting(): void {
+  #beginPrinting(): void {
     if (!this.#plot || this.#paper || !(this.#width > 0 && this.#height > 0)) return;
     const paper = document.createElement('canvas');
     paper.className = 'paper';
@@ -123,23 +144,31 @@ export class ZelkonPlot extends HTMLElement implements Actor {
     this.#root.append(paper);
   }
 
-  endPrinting(): void {
+  #endPrinting(): void {
     if (!this.#paper) return;
     this.#paper.remove();
     this.#paper = undefined;
     this.#canvas.hidden = false;
   }
 
+  #describe(): void {
+    this.#keyboard.stop();
+    if (this.#plot && !this.hasAttribute('no-keyboard')) this.#keyboard.start();
+    this.#canvas.setAttribute('aria-label', this.getAttribute('aria-label') ?? (this.getAttribute('plot') === 'pie' ? 'Pie chart' : 'Chart'));
+  }
+
   #start(): void {
     const { instance } = this.#stage;
+    this.#isStarted = true;
     this.#canvas.hidden = false;
     this.#setSize(...this.#cssSize());
     this.#screen = instance.canvas.bindScreen(this.#canvas);
     this.#plot = instance.create(this.getAttribute('plot'), this.#screen, this.#width, this.#height);
     this.#canvas.hidden = !this.#plot;
     this.#fallback.hidden = !!this.#plot;
+    this.#describe();
     if (!this.#plot) return;
-    this.#stage.add(this.#plot, this);
+    this.#stage.add(this.#plot, this.#actor);
     try {
       this.#resizes.observe(this.#canvas, { box: 'device-pixel-content-box' });
     } catch {
@@ -152,11 +181,13 @@ export class ZelkonPlot extends HTMLElement implements Actor {
   }
 
   #stop(): void {
+    this.#isStarted = false;
+    this.#keyboard.stop();
     this.#scroller?.removeEventListener('scroll', this.#scrolled);
     this.#scroller = null;
     this.#pointer.stop();
     this.#resizes.disconnect();
-    this.endPrinting();
+    this.#endPrinting();
     if (this.#plot) this.#stage.remove(this.#plot);
     if (this.#screen) this.#stage.instance.canvas.unbindScreen(this.#screen);
     this.#plot = this.#screen = 0;

@@ -6,6 +6,9 @@ mergeInto(LibraryManager.library, {
   zelkon_page_set: function (object, key, keyLength, value, valueLength) {
     Module['host'].set(object, key, keyLength, value, valueLength);
   },
+  zelkon_page_announce: function (plot, entry, length) {
+    Module['host'].announce(plot, entry, length);
+  },
   zelkon_page_log: function (line, length) {
     Module['host'].log(line, length);
   },

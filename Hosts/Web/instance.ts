@@ -11,6 +11,8 @@ import type { FlatArguments } from './flatten';
 export interface InstanceListener {
   // A chart calls a function of its page.
   pageCall(plot: number, name: string, values: unknown[]): void;
+  // The keyboard has come to an entry of a chart.
+  announce(plot: number, label: unknown, amount: unknown, share: number | null): void;
   instanceFailed(error: unknown): void;
 }
 
@@ -101,6 +103,19 @@ export class Instance {
     this.enter((module) => module._zelkon_mouse_exited(id));
   }
 
+  // The keyboard: so many entries on or back, to the first or last entry, a click on the present one.
+  step(id: number, steps: number): void {
+    this.enter((module) => module._zelkon_key_step(id, steps));
+  }
+
+  stepToEnd(id: number, last: boolean): void {
+    this.enter((module) => module._zelkon_key_end(id, Number(last)));
+  }
+
+  press(id: number): void {
+    this.enter((module) => module._zelkon_key_press(id));
+  }
+
   // Carries a page's call out and then sets on the page's objects what the chart has set; setters of the page may throw.
   // False when the instance has failed.
   call(id: number, name: string, { block, objects }: FlatArguments): boolean {
@@ -174,6 +189,10 @@ export class Instance {
       },
       set: (object: number, key: number, keyLength: number, value: number, valueLength: number) => {
         this.assignments.push({ object, key: this.text(key, keyLength), value: JSON.parse(this.text(value, valueLength)) });
+      },
+      announce: (plot: number, entry: number, length: number) => {
+        const [label, amount, share] = JSON.parse(this.text(entry, length));
+        this.listener.announce(plot, label, amount, share);
       },
       log: (line: number, length: number) => console.warn(this.text(line, length)),
       error: (text: number, length: number) => console.error(`zelkon-plot: ${this.text(text, length)}`),

@@ -4,10 +4,12 @@ import { Instance, type InstanceListener } from './instance';
 
 // What the stage asks of an element that is on it.
 export interface Actor {
-  readonly ownerDocument: Document;
+  // The window whose functions its chart calls.
+  window(): Window | null;
   // Starts over on a new instance, with the page's data of before or without.
   restart(keepsData: boolean): void;
   screenDidChange(): void;
+  announce(label: unknown, amount: unknown, share: number | null): void;
   beginPrinting(): void;
   endPrinting(): void;
 }
@@ -82,12 +84,16 @@ export class Stage implements InstanceListener {
 
   pageCall(plot: number, name: string, values: unknown[]): void {
     try {
-      const window = this.actors.get(plot)?.ownerDocument.defaultView as (Window & Record<string, unknown>) | null | undefined;
+      const window = this.actors.get(plot)?.window() as (Window & Record<string, unknown>) | null | undefined;
       const method = window?.[name];
       if (typeof method === 'function') method.apply(window, values);
     } catch (error) {
       report(error);
     }
+  }
+
+  announce(plot: number, label: unknown, amount: unknown, share: number | null): void {
+    this.actors.get(plot)?.announce(label, amount, share);
   }
 
   instanceFailed(error: unknown): void {
