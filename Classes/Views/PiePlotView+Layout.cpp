@@ -146,8 +146,11 @@ void PiePlotView::createLayerHierarchy() {
   _layoutSublayersOfHighlightLayer();
   _layoutSublayersOfSlicesLayer();
   _layoutSublayersOfDropShadowLayer();
-  plotLayer()->insertSublayerBelow(slicesLayer(), plotHighlightLayer());
-  plotLayer()->insertSublayerAbove(textLabelsLayer(), plotHighlightLayer());
+  // Containers are not made for an empty view: their sizes would be no basis for growing with it.
+  if (!NSIsEmptyRect(bounds())) {
+    plotLayer()->insertSublayerBelow(slicesLayer(), plotHighlightLayer());
+    plotLayer()->insertSublayerAbove(textLabelsLayer(), plotHighlightLayer());
+  }
   replaceTrackingArea();
 }
 
@@ -179,7 +182,7 @@ void PiePlotView::_layoutSublayersOfSlicesLayer() {
 void PiePlotView::layOutEntries(const PiePlotData& data, const CALayerRef& slices, const CALayerRef& labels) {
   const CGPoint center = centerOf(slices->bounds());
   const double radius = pieRadius();
-  const double labelRadius = radius * 0.66f;
+  const double labelRadius = radius * 0.66;
   const auto count = static_cast<int64_t>(data.count());
   double share = 0;
   for (int64_t i = 0; i < count; ++i) {

@@ -134,6 +134,25 @@ TEST(PieLayout, AnEmptyViewLaysNothingOut) {
   EXPECT_TRUE(host.log.empty());
 }
 
+TEST(PieLayout, AViewThatGrowsFromNothingHasTheGeometryOfItsNewSize) {
+  ViewHost host("pie", {0, 0});
+  host.setFrame(CGRectMake(0, 0, 0, 0));
+  host.setFrame(CGRectMake(0, 0, 300, 200));
+  EXPECT_EQ(pieOf(host).layer()->bounds(), CGRectMake(0, 0, 300, 200));
+  EXPECT_EQ(pieOf(host).plotLayer()->frame(), CGRectMake(0, 17, 300, 183));
+  EXPECT_EQ(pieOf(host).slicesLayer()->bounds().size, CGSizeMake(300, 183));
+}
+
+TEST(PieLayout, AMissingPictureOfTheShadowEndsTheLayoutAndNothingElse) {
+  ViewHost host("pie", {0, 0});
+  NSBundle::mainBundle().setLoader([](const std::string&) { return std::nullopt; });
+  EXPECT_THROW(host.setFrame(CGRectMake(0, 0, 300, 200)), NSException);
+  EXPECT_FALSE(CATransaction::disableActions()) << "the transaction was closed";
+  NSBundle::mainBundle().setLoader(ViewHost::resource);
+  host.setFrame(CGRectMake(0, 0, 300, 200));
+  EXPECT_EQ(pieOf(host).dropShadowLayer()->sublayers().size(), 3u);
+}
+
 TEST(PieLayout, WithoutDataThereIsNoSlice) {
   ViewHost host;
   EXPECT_TRUE(slicesOf(host).empty());
@@ -182,7 +201,7 @@ TEST(PieLayout, SlicesTurnByTheSharesBeforeThemAndLabelsLieOnTheBisectors) {
     EXPECT_EQ(slices[i]->fraction(), shares[i]);
     expectTurned(slices[i], turns[i]);
     EXPECT_EQ(slices[i]->baseTransform(), slices[i]->transform());
-    const double r = 81.5 * 0.66f;
+    const double r = 81.5 * 0.66;
     expectPoint(labels[i]->position(), 150 + std::cos(middles[i]) * r, 91.5 + std::sin(middles[i]) * r, 1e-5);
     const PiePlotEntryRef entry = pieOf(host).piePlotData()->entries()[i];
     EXPECT_EQ(entry->layerValue.lock(), slices[i]);
