@@ -68,7 +68,6 @@ void PlugInHost::makeView() {
   }
   view_->setFrame(frame);
   view_->webPlugInStart();
-  CATransaction::flush();
 }
 
 void PlugInHost::takeViewDown() {
@@ -101,7 +100,6 @@ Value PlugInHost::call(const std::string& name, const ValueArray& arguments) {
   }
   const std::shared_ptr<CALayerPlotView> view = view_;
   const std::optional<Value> result = WebScriptInvoke(*view->objectForWebScript(), name, passed);
-  CATransaction::flush();
   if (written) return written->changedProperties();
   return result.value_or(Value());
 }
@@ -119,20 +117,17 @@ void PlugInHost::mouseMoved(CGPoint at) {
   if (destroyed_) return;
   pointer_ = at;
   window_->sendMouseMoved(windowPoint(at));
-  CATransaction::flush();
 }
 
 void PlugInHost::mouseDown(CGPoint at) {
   if (destroyed_) return;
   window_->sendMouseDown(windowPoint(at));
-  CATransaction::flush();
 }
 
 void PlugInHost::mouseExited() {
   if (destroyed_) return;
   pointer_.reset();
   window_->sendMouseExited();
-  CATransaction::flush();
 }
 
 void PlugInHost::setFrame(CGSize size) {
@@ -140,7 +135,6 @@ void PlugInHost::setFrame(CGSize size) {
   size_ = size;
   window_->setContentSize(size);
   view_->setFrame({{0, 0}, size});
-  CATransaction::flush();
 }
 
 void PlugInHost::resize(CGSize size) {
@@ -167,13 +161,11 @@ void PlugInHost::resize(CGSize size) {
 void PlugInHost::scroll(CGPoint offset) {
   if (destroyed_ || !scrollView_) return;
   scrollView_->contentView()->scrollToPoint({offset.x, -offset.y});
-  CATransaction::flush();
 }
 
 void PlugInHost::stop() {
   if (destroyed_) return;
   view_->webPlugInStop();
-  CATransaction::flush();
 }
 
 void PlugInHost::destroy() {
@@ -184,13 +176,11 @@ void PlugInHost::destroy() {
   CATransaction::flush();
 }
 
-void PlugInHost::settle() {
-  NSRunLoop::mainRunLoop().runDue(CACurrentMediaTime());
-  CATransaction::flush();
-}
+void PlugInHost::settle() { frame(CACurrentMediaTime()); }
 
 void PlugInHost::frame(double time) {
-  settle();
+  NSRunLoop::mainRunLoop().runDue(CACurrentMediaTime());
+  CATransaction::flush();
   CASetCurrentMediaTime(time);
   CATransaction::deliverEndedAnimations();
 }

@@ -40,7 +40,7 @@ class PlugInHost {
   void stop();
   void destroy();
 
-  // What is due at the present time, and the end of the turn; the clock stands still.
+  // A turn in which the clock stands still: everything that was called since the last one takes effect.
   void settle();
   // Runs the clock forward in frames of 1/60 s, the last one shortened to end on time.
   void wait(double seconds);

@@ -97,6 +97,14 @@ void WebPlot::setSize(CGSize size) {
   needsFreshView_ = true;
 }
 
+void WebPlot::setFrame(CGSize size) {
+  size_ = size;
+  screen_.reset();
+  window_->setContentSize(size);
+  view_->setFrame({{0, 0}, size});
+  setVisibleRect({{0, 0}, size});
+}
+
 void WebPlot::setVisibleRect(CGRect rect) {
   visible_ = rect;
   rect.origin = {rect.origin.x, size_.height - rect.origin.y - rect.size.height};

@@ -29,10 +29,13 @@ class WebPlot {
   WebPlot& operator=(const WebPlot&) = delete;
 
   int id() const { return id_; }
+  const std::shared_ptr<CALayerPlotView>& view() const { return view_; }
   // Takes effect with the next turn.
   void setSize(CGSize size);
   // The screen scale has changed: everything shown is to be made anew in the next turn.
   void setNeedsFreshView() { needsFreshView_ = true; }
+  // Changes the frame of the view that is there, which then keeps the chart's geometry.
+  void setFrame(CGSize size);
   // The part of the element that its scrolling ancestors leave visible.
   void setVisibleRect(CGRect rect);
 

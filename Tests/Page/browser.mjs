@@ -11,7 +11,7 @@ import { serve } from '../../Tools/serve.mjs';
 export const root = join(dirname(fileURLToPath(import.meta.url)), '..', '..');
 export const pictures = join(root, 'out', 'pictures');
 
-const flags = ['--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run', '--disable-background-networking', '--disable-component-update', '--disable-sync'];
+export const flags = ['--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run', '--disable-background-networking', '--disable-component-update', '--disable-sync'];
 
 export async function openBrowser(context, options = {}) {
   const files = mkdtempSync(join(tmpdir(), 'zelkon-page-'));

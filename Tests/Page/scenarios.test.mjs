@@ -1,0 +1,78 @@
+// Every scenario of Tests/Scenarios gives the same transcript and the same layers in Chromium as the command gives.
+import assert from 'node:assert/strict';
+import { execFileSync } from 'node:child_process';
+import { copyFileSync, mkdtempSync, readdirSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
+import { tmpdir } from 'node:os';
+import { basename, join } from 'node:path';
+import { test } from 'node:test';
+import { build } from 'esbuild';
+import { chromium } from 'playwright-core';
+import { serve } from '../../Tools/serve.mjs';
+import { flags, root } from './browser.mjs';
+
+const scenarios = readdirSync(join(root, 'Tests', 'Scenarios'), { withFileTypes: true })
+  .filter((entry) => entry.isDirectory())
+  .flatMap(({ name }) => readdirSync(join(root, 'Tests', 'Scenarios', name)).map((file) => join(name, file)))
+  .filter((file) => file.endsWith('.json'));
+
+test('scenarios', async (context) => {
+  const folder = mkdtempSync(join(tmpdir(), 'zelkon-scenarios-'));
+  await build({
+    stdin: { contents: "import { play } from './Tests/Scenarios/player'; window.play = play;", resolveDir: root, loader: 'ts' },
+    bundle: true,
+    format: 'esm',
+    target: 'es2022',
+    loader: { '.png': 'binary' },
+    alias: { 'zelkon-plot-module': join(root, 'build/wasm/bin/zelkon-plot-scenarios.mjs') },
+    outfile: join(folder, 'player.js'),
+    logLevel: 'warning',
+  });
+  copyFileSync(join(root, 'build/wasm/bin/zelkon-plot-scenarios.wasm'), join(folder, 'zelkon-plot.wasm'));
+  writeFileSync(join(folder, 'favicon.ico'), '');
+  const server = await serve([folder]);
+  const browser = await chromium.launch({ executablePath: '/usr/bin/chromium', args: flags });
+  context.after(async () => {
+    await browser.close();
+    server.close();
+    rmSync(folder, { recursive: true, force: true });
+  });
+
+  for (const file of scenarios) {
+    await context.test(file.replace('.json', ''), async () => {
+      const path = join(root, 'Tests', 'Scenarios', file);
+      const scenario = JSON.parse(readFileSync(path, 'utf8'));
+      const out = join(folder, 'native', basename(file, '.json'));
+      const native = execFileSync(join(root, 'build/native-debug/bin/zelkon-plot'), ['play', path, '--out', out], { encoding: 'utf8' });
+
+      const language = (scenario.locale ?? 'en_US').replace('_', '-');
+      writeFileSync(join(folder, 'index.html'), `<!doctype html><html lang="${language}"><title>s</title><script type="module" src="player.js"></script>`);
+      const page = await browser.newPage();
+      await page.goto(`http://127.0.0.1:${server.address().port}/`);
+      await page.waitForFunction(() => window.play);
+      const played = await page.evaluate((steps) => window.play(steps), scenario);
+      await page.close();
+
+      assert.deepEqual(played.transcript, native.split('\n').slice(0, -1));
+      for (const [name, tree] of Object.entries(played.layers)) {
+        compare(tree, JSON.parse(readFileSync(join(out, name), 'utf8')), name, 1e-6);
+      }
+    });
+  }
+});
+
+// Lengths that come from measured text may differ by half a point, everything else by rounding alone.
+function compare(actual, expected, place, tolerance) {
+  if (typeof actual === 'number' && typeof expected === 'number') {
+    assert.ok(Math.abs(actual - expected) <= tolerance, `${place}: ${actual} in the page, ${expected} natively`);
+  } else if (typeof actual === 'string' && typeof expected === 'string' && place.endsWith('/path')) {
+    const numbers = (path) => path.split(' ').map((word) => (/[A-Z]/.test(word) ? word : Number(word)));
+    // Paths are printed with six digits.
+    compare(numbers(actual), numbers(expected), `${place}/`, Math.max(tolerance, 2e-3));
+  } else if (actual !== null && expected !== null && typeof actual === 'object' && typeof expected === 'object') {
+    assert.deepEqual(Object.keys(actual), Object.keys(expected), place);
+    const isText = 'string' in actual || actual.op === 'text' || actual.sublayers?.some((layer) => 'string' in layer);
+    for (const key of Object.keys(actual)) compare(actual[key], expected[key], `${place}/${key}`, isText ? 0.5 : tolerance);
+  } else {
+    assert.strictEqual(actual, expected, place);
+  }
+}

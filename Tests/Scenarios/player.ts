@@ -1,0 +1,111 @@
+// Plays a scenario on the page's own module with a clock that the test sets, and gives the transcript and the layer trees
+// that the command gives for the same file.
+import { flattenData, flattenOptions, flattenValues } from '../../Hosts/Web/flatten';
+import { Instance } from '../../Hosts/Web/instance';
+
+interface Step {
+  call?: string;
+  arguments?: unknown[];
+  wait?: number;
+  mouse?: string;
+  at?: [number, number];
+  layers?: string;
+  frame?: [number, number];
+  resize?: [number, number];
+  scroll?: [number, number];
+  lifecycle?: string;
+}
+
+interface Scenario {
+  plot: string;
+  size: [number, number];
+  steps: Step[];
+}
+
+interface ScenarioModule {
+  HEAPU8: Uint8Array;
+  _zelkon_scenario_frame(id: number, width: number, height: number): void;
+  _zelkon_scenario_stop(id: number): void;
+  _zelkon_scenario_layers(id: number): number;
+  _zelkon_scenario_layers_size(): number;
+}
+
+const largestInteger = 2 ** 63;
+
+// As the command prints it: the largest integer is exact there and the nearest number here.
+function text(value: unknown): string {
+  if (value === largestInteger) return '9223372036854775807';
+  return JSON.stringify(value, value && typeof value === 'object' ? Object.keys(value).sort() : undefined);
+}
+
+export async function play(scenario: Scenario): Promise<{ transcript: string[]; layers: Record<string, unknown> }> {
+  const transcript: string[] = [];
+  const layers: Record<string, unknown> = {};
+  let now = 0;
+  const note = (kind: string, line: string) => transcript.push(`${now.toFixed(3)} ${kind} ${line}`);
+  const warn = console.warn;
+  console.warn = (line: string) => note('log', line);
+  const instance = await Instance.start({
+    pageCall: (_plot, name, values) => note('page', `${name}(${values.map(text).join(', ')})`),
+    instanceFailed: (error) => note('failed', String(error)),
+  });
+  const module = (instance as unknown as { module: ScenarioModule }).module;
+  instance.setScreenScale(1);
+  const screen = document.createElement('canvas');
+  const id = instance.create(scenario.plot, instance.canvas.bindScreen(screen), ...scenario.size);
+  let size = scenario.size;
+
+  const turn = (time: number) => {
+    instance.beginTurn(time);
+    now = time;
+    instance.compose(id);
+    instance.endTurn();
+  };
+  const call = (name: string, values: unknown[]) => {
+    const [first] = values;
+    if (name === 'SetPlotOptions') instance.call(id, name, flattenOptions(first));
+    else if (name === 'SetPlotData') instance.call(id, name, flattenData(scenario.plot, first));
+    else instance.call(id, name, flattenValues(values));
+    const written = values.find((value) => value && typeof value === 'object' && !Array.isArray(value));
+    if (written) note('result', `${name} ${text(written)}`);
+  };
+  const dump = () => {
+    const at = module._zelkon_scenario_layers(id) >>> 0;
+    return JSON.parse(new TextDecoder().decode(module.HEAPU8.subarray(at, at + module._zelkon_scenario_layers_size())));
+  };
+
+  for (const step of scenario.steps) {
+    if (step.call) call(step.call, step.arguments ?? []);
+    if (step.wait !== undefined) {
+      const start = now;
+      const frames = Math.floor(step.wait * 60 + 1e-6);
+      for (let frame = 1; frame <= frames; ++frame) turn(start + frame / 60);
+      if (start + step.wait > now + 1e-9) turn(start + step.wait);
+    }
+    if (step.mouse === 'exited') instance.mouseExited(id);
+    else if (step.mouse === 'down') instance.mouseDown(id, ...step.at!);
+    else if (step.mouse) instance.mouseMoved(id, ...step.at!);
+    if (step.layers) {
+      turn(now);
+      layers[step.layers] = dump();
+    }
+    if (step.frame) {
+      size = step.frame;
+      module._zelkon_scenario_frame(id, ...size);
+    }
+    if (step.resize) {
+      turn(now);
+      size = step.resize;
+      instance.setSize(id, ...size);
+      turn(now);
+    }
+    if (step.scroll) {
+      const [x, y] = step.scroll;
+      instance.setVisibleRect(id, x, y, Math.max(0, size[0] - x), Math.max(0, size[1] - y));
+    }
+    if (step.lifecycle === 'stop') module._zelkon_scenario_stop(id);
+    if (step.lifecycle === 'destroy') instance.destroy(id);
+  }
+  console.warn = warn;
+  return { transcript, layers };
+}
