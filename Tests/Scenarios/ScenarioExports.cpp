@@ -1,5 +1,5 @@
-// What scenarios do to a chart that a page cannot: change the frame of the view that is there, end its life in two steps,
-// and look at its layers.
+// What scenarios do to a chart that a page cannot: change the frame of the view that is there, end its life in two
+// steps, and look at its layers.
 #include <emscripten.h>
 
 #include <string>
