@@ -84,6 +84,7 @@ void BarPlot::renderPlotBody() {
 void BarPlot::renderBars(Facing facing, double zeroY) {
   const size_t count = plotData() ? plotData()->count() : 0;
   const bool allPositive = optionIsTrue("AllValuesPositive");
+  const std::string operation = "-[" + className() + " renderPlotBody]";
   double x = CGRectGetMinX(plotRect_) + barMargin_;
   for (size_t i = 0; i < count; ++i, x += barWidth_ + barMargin_) {
     const double value = amountAt(i, allPositive);
@@ -93,8 +94,7 @@ void BarPlot::renderBars(Facing facing, double zeroY) {
       entryRects_.set(plotData()->entry(i), rect);
       animationUpwardRectsQueue_.push_back(rect);
     } else if (facing == Facing::downward && value < 0) {
-      NSParameterAssert(end <= zeroY, "bottom <= zeroLineY", "-[BarPlot renderPlotBody]", this,
-                        "Classes/Plotting/BarPlot", 882);
+      NSParameterAssert(end <= zeroY, "bottom <= zeroLineY", operation, this, "Classes/Plotting/BarPlot", 882);
       const CGRect rect = CGRectMake(x, end, barWidth_, zeroY - end);
       entryRects_.set(plotData()->entry(i), rect);
       animationDownwardRectsQueue_.push_back(rect);

@@ -12,7 +12,6 @@ namespace zelkon {
 namespace {
 
 constexpr const char* kFile = "Classes/Plotting/BarPlot";
-constexpr const char* kGenerate = "-[BarPlot generatePlot]";
 constexpr double kWidestBar = 230;
 
 // Makes a context the current one for AppKit's text drawing and brings the earlier one back, whatever happens between.
@@ -55,13 +54,14 @@ CGRect BarPlot::rootBounds() const {
 void BarPlot::generatePlot() {
   CashFlowPlot::generatePlot();
   if (!plotData()) return;
+  const std::string operation = "-[" + className() + " generatePlot]";
   renderContext_ = PiePlotDrawingUtilities::sharedUtilities().createBitmapContextOfSize(rootBounds().size);
-  NSParameterAssert(renderContext_ != nullptr, "NULL != renderContext", kGenerate, this, kFile, 319);
+  NSParameterAssert(renderContext_ != nullptr, "NULL != renderContext", operation, this, kFile, 319);
   const ContextReset reset(renderContext_);
   const CurrentContext current(renderContext_.get());
   createPlot();
   const CGImageRef image = renderContext_->createImage();
-  NSParameterAssert(image != nullptr, "NULL != cgImage", kGenerate, this, kFile, 333);
+  NSParameterAssert(image != nullptr, "NULL != cgImage", operation, this, kFile, 333);
   if (const CALayerRef root = rootLayer()) root->setContents(image);
 }
 

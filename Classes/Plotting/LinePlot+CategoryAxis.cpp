@@ -33,12 +33,12 @@ void LinePlot::thinPlotData() {
   const size_t count = plotData()->count();
   const size_t kept = std::min(count, points);
   const double step = static_cast<double>(count) / width;
+  const std::string operation = "-[" + className() + " createXLabels]";
   std::vector<PlotEntryRef> entries;
   entries.reserve(kept);
   for (size_t i = 0; i < kept; ++i) {
     const size_t index = kept == count ? i : static_cast<size_t>(std::floor(static_cast<double>(i) * step));
-    NSParameterAssert(index < count, "index < pointCount", "-[LinePlot createXLabels]", this,
-                      "Classes/Plotting/LinePlot", 175);
+    NSParameterAssert(index < count, "index < pointCount", operation, this, "Classes/Plotting/LinePlot", 175);
     entries.push_back(std::make_shared<const PlotEntry>(*plotData()->entry(index)));
   }
   // Asks for a generation, which the running one swallows: the thinned data are for the rest of it and for hit testing.

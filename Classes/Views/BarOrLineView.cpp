@@ -46,6 +46,7 @@ void BarOrLineView::createLayerHierarchy() {
 void BarOrLineView::js_setPlotData(const Value& data) {
   guardedScriptCall("js_setPlotData:", [&] {
     CALayerPlotView::js_setPlotData(data);
+    const std::string operation = "-[" + className() + " js_setPlotData:]";
     std::vector<PlotEntryRef> entries;
     for (size_t i = 0;; ++i) {
       const Value element = ScriptElementAtIndex(data, i);
@@ -57,8 +58,7 @@ void BarOrLineView::js_setPlotData(const Value& data) {
       std::optional<double> amount = NSScanDouble(y.string());
       // An amount without end has no place on an axis.
       if (amount && !std::isfinite(*amount)) amount.reset();
-      NSParameterAssert(amount.has_value(), "didScanYValue", "-[BarOrLineView js_setPlotData:]", this,
-                        "Classes/Views/BarOrLineView", 343);
+      NSParameterAssert(amount.has_value(), "didScanYValue", operation, this, "Classes/Views/BarOrLineView", 343);
       auto entry = std::make_shared<PlotEntry>();
       entry->humanX = humanX.sharedString();
       entry->humanY = humanY.sharedString();
