@@ -13,6 +13,10 @@ namespace zelkon {
 
 namespace {
 
+// A page has no pixels that are known here. Edges that are not smoothed lie on whole points of it, so that layers that
+// share such an edge meet without a seam.
+constexpr double pageScale = 1;
+
 // Whole pixels at scale 1 that hold a length; 0 when there is nothing to draw or no such picture can be had. The
 // allowance keeps rounding errors from costing a column.
 size_t pixelsFor(double length) {
@@ -83,7 +87,7 @@ void CALayer::renderInContext(CGContext& context) {
     CALayer& layer = *step.layer;
     if (step.isLeaving) {
       if (step.masks) context.restoreGState();
-      CALayerPaintBorder(context, layer.model_, 0);
+      CALayerPaintBorder(context, layer.model_, pageScale);
       if (step.fades) context.endTransparencyLayer();
       context.restoreGState();
       continue;
@@ -98,14 +102,14 @@ void CALayer::renderInContext(CGContext& context) {
       context.setAlpha(p.opacity);
       context.beginTransparencyLayer();
     }
-    CALayerPaintBackground(context, p, 0);
+    CALayerPaintBackground(context, p, pageScale);
     const bool contentsFirst = !p.masksToBounds || !CALayerContentsNeedClip(p);
-    if (contentsFirst) CALayerPaintContents(context, p, 0);
+    if (contentsFirst) CALayerPaintContents(context, p, pageScale);
     if (masks) {
       context.saveGState();
-      CALayerClipToBounds(context, p, 0);
+      CALayerClipToBounds(context, p, pageScale);
     }
-    if (!contentsFirst) CALayerPaintContents(context, p, 0);
+    if (!contentsFirst) CALayerPaintContents(context, p, pageScale);
     if (!p.contents && layer.drawsItself() && !CGRectIsEmpty(p.bounds)) {
       context.saveGState();
       context.clipToRect(p.bounds);

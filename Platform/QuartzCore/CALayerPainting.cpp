@@ -9,12 +9,16 @@ namespace zelkon {
 
 namespace {
 
-// Without smoothing a pixel belongs to the layer when its centre does.
+// Without smoothing a pixel belongs to the layer when its centre does. An edge in the middle of a pixel goes to the
+// same side for both layers that share it, whatever their own coordinates cost in precision.
+constexpr double edgeTolerance = 1e-6;
+
 CGRect edges(const CGContext& context, const CALayerProperties& p, double scale, CGRect rect) {
   const CGAffineTransform& t = context.ctm();
   if (p.edgeAntialiasingMask != 0 || !(scale > 0) || t.b != 0 || t.c != 0 || t.a == 0 || t.d == 0) return rect;
   const auto snap = [&](double local, double factor, double offset) {
-    return (std::round((local * factor + offset) * scale) / scale - offset) / factor;
+    const double pixel = std::floor((local * factor + offset) * scale + 0.5 + edgeTolerance);
+    return (pixel / scale - offset) / factor;
   };
   const double minX = snap(CGRectGetMinX(rect), t.a, t.tx), maxX = snap(CGRectGetMaxX(rect), t.a, t.tx);
   const double minY = snap(CGRectGetMinY(rect), t.d, t.ty), maxY = snap(CGRectGetMaxY(rect), t.d, t.ty);

@@ -1,5 +1,5 @@
-// The pieces that a layer itself paints, in its own coordinates. `scale` is the pixels per point of the target; it
-// places the edges of layers whose edges are not smoothed, 0 leaves them where they are.
+// The pieces that a layer itself paints, in its own coordinates. `scale` is the pixels per point of the target: the
+// edges of layers whose edges are not smoothed are placed on whole pixels.
 #pragma once
 
 #include "CoreGraphics/CGContext.h"

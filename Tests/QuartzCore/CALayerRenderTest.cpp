@@ -107,6 +107,31 @@ TEST(CALayerRender, StretchesTheDrawingWithTheBounds) {
   EXPECT_EQ(rendered(layer), (Lines{"clip [0 0 21 5]", "fill [0 0 10 2.5] 0,1,0,1"}));
 }
 
+struct TenPixels : Surface {
+  int pixelWidth() const override { return 10; }
+  int pixelHeight() const override { return 10; }
+};
+
+TEST(CALayerRender, UnsmoothedEdgesLieOnWholePointsAndMeet) {
+  const CALayerRef layer = CALayer::layer(), strip = filled(CGRectMake(49.625, 0, 200.75, 17), red);
+  strip->setMasksToBounds(true);
+  strip->setEdgeAntialiasingMask(0);
+  layer->addSublayer(strip);
+  for (const CGRect piece : {CGRectMake(0, 0, 98, 17), CGRectMake(98, 0, 4.75, 17)}) {
+    const CALayerRef part = CALayer::layer();
+    part->setFrame(piece);
+    part->setEdgeAntialiasingMask(0);
+    part->setContents(std::make_shared<const CGImage>(std::make_shared<TenPixels>()));
+    strip->addSublayer(part);
+  }
+  EXPECT_EQ(rendered(layer), (Lines{"fill [50 0 200 17] 1,0,0,1", "clip [50 0 200 17]", "image [50 0 98 17] a1",
+                                    "image [148 0 4 17] a1"}));
+}
+
+TEST(CALayerRender, SmoothedEdgesStayBetweenThePoints) {
+  EXPECT_EQ(rendered(filled(CGRectMake(0, 0, 20.4, 10.6), red)), Lines{"fill [0 0 20.4 10.6] 1,0,0,1"});
+}
+
 TEST(CALayerRender, IgnoresAnimations) {
   const CALayerRef layer = filled(CGRectMake(0, 0, 20, 20), red);
   CABasicAnimation fade = CABasicAnimation::animationWithKeyPath("opacity");

@@ -213,6 +213,15 @@ TEST(PieDisplay, StoppingBeforeTheFirstTurnCancelsTheDisplay) {
   EXPECT_TRUE(host.page->calls.empty());
 }
 
+TEST(PieDisplay, StoppingHidesWithoutFading) {
+  ViewHost host;
+  host.display();
+  const CALayerRef root = host.view->layer();
+  host.view->webPlugInStop();
+  EXPECT_TRUE(root->isHidden());
+  EXPECT_EQ(root->animationForKey("hidden"), nullptr);
+}
+
 TEST(PieDisplay, AStoppedViewLeavesNothingBehind) {
   std::weak_ptr<CALayer> root;
   std::weak_ptr<CALayerPlotView> view;
@@ -345,6 +354,31 @@ TEST(PieDisplay, PrintingHasTheSlicesTheShadowAndTheLabelsThatShow) {
   EXPECT_EQ(count(), (std::vector<size_t>{0, 3, 2}));
   host.call("HoverEntryAtIndex", {true, 0});
   EXPECT_EQ(count(), (std::vector<size_t>{1, 3, 3})) << "a label's text and its background";
+}
+
+TEST(PieDisplay, ThePrintedShadowsPicturesMeetOnWholePoints) {
+  // The strip runs from 49.625 to 250.375; the centre lies between 147.625 and 152.375.
+  ViewHost host;
+  host.display();
+  RecordingContext paper;
+  host.view->renderForPrintingInContext(paper);
+  std::vector<CGRect> pictures;
+  std::vector<CGAffineTransform> saved;
+  CGAffineTransform toPage;
+  const auto list = paper.snapshot();
+  for (const DisplayList::Command& command : list->commands()) {
+    if (std::holds_alternative<DisplayList::Save>(command)) saved.push_back(toPage);
+    if (const auto* concat = std::get_if<DisplayList::Concat>(&command))
+      toPage = CGAffineTransformConcat(concat->transform, toPage);
+    if (std::holds_alternative<DisplayList::Restore>(command)) {
+      toPage = saved.back();
+      saved.pop_back();
+    }
+    if (const auto* image = std::get_if<DisplayList::Image>(&command))
+      pictures.push_back(CGRectApplyAffineTransform(image->rect, toPage));
+  }
+  EXPECT_EQ(pictures,
+            (std::vector<CGRect>{CGRectMake(50, 0, 98, 17), CGRectMake(152, 0, 98, 17), CGRectMake(148, 0, 4, 17)}));
 }
 
 TEST(PieDisplay, PrintingWithoutALayerDrawsNothing) {

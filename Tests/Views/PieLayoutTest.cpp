@@ -209,6 +209,12 @@ TEST(PieLayout, SlicesTurnByTheSharesBeforeThemAndLabelsLieOnTheBisectors) {
   }
 }
 
+TEST(PieLayout, LabelsLieAt066OfTheRadius) {
+  ViewHost host;
+  host.call("SetPlotData", {pageAmounts({1, 2, 1})});
+  EXPECT_NEAR(labelsOf(host)[1]->position().x, 150 - 53.79, 1e-12) << "straight to the left";
+}
+
 TEST(PieLayout, ANewLayoutThrowsTheOldLayersAway) {
   ViewHost host;
   host.call("SetPlotData", {pageAmounts({1, 1, 2})});
@@ -338,6 +344,36 @@ TEST(PieLayout, ALabelTooLongIsCutInTheMiddle) {
   EXPECT_LE(size.width, 132);
   EXPECT_GT(size.width, 132 - 8);
   EXPECT_EQ(size.height, 10 + 12);
+}
+
+// The lines that a label's text layer draws.
+std::vector<CGTextRun> runsOf(const CALayerRef& label) {
+  RecordingContext context;
+  textOf(label)->drawInContext(context);
+  std::vector<CGTextRun> runs;
+  const auto list = context.snapshot();
+  for (const DisplayList::Command& command : list->commands())
+    if (const auto* text = std::get_if<DisplayList::Text>(&command)) runs.push_back(text->run);
+  return runs;
+}
+
+TEST(PieLayout, TheCutShowsAsAnEllipsisBetweenHeadAndTail) {
+  ViewHost host;
+  std::string shown;
+  for (const CGTextRun& run : runsOf(labelWithText(host, "Maintenance-insurance-and-repairs-of-the-roof")))
+    shown += run.text;
+  EXPECT_EQ(shown.substr(0, 4), "Main") << shown;
+  EXPECT_NE(shown.find("\u2026"), std::string::npos) << shown;
+  EXPECT_EQ(shown.substr(shown.size() - 4), "roof") << shown;
+}
+
+TEST(PieLayout, LinesOfALabelAreCentred) {
+  ViewHost host;
+  const auto runs = runsOf(labelWithText(host, "a\nheating"));
+  ASSERT_EQ(runs.size(), 2u);
+  // 7.2 and 50.4 wide, in a box of 51.
+  EXPECT_NEAR(runs[0].origin.x, (51 - 7.2) / 2, 1e-9);
+  EXPECT_NEAR(runs[1].origin.x, (51 - 50.4) / 2, 1e-9);
 }
 
 TEST(PieLayout, LabelsOfSeveralLinesAreAtMost132By42) {

@@ -1,6 +1,7 @@
 // The pie's data: shares, colours, radius, and what page script can ask of it.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "Classes/Views/PiePlotView.h"
@@ -178,6 +179,38 @@ TEST(PiePlotData, HuesFollowTheNumberOfSlices) {
   expectHue(pie._sliceColorAtIndex(1, 6), 0.7954, 0.205, 0.82);
   expectHue(pie._sliceColorAtIndex(2, 6), 0.82, 0.205, 0.2296);
   expectHue(pie._sliceColorAtIndex(3, 6), 0.82, 0.7954, 0.205);
+}
+
+// Back from the colour to its hue; the colours are of saturation 0.75.
+double hueOf(const NSColor& color) {
+  const auto rgba = color.getRedGreenBlueAlpha();
+  const double highest = std::max({rgba.red, rgba.green, rgba.blue});
+  const double span = highest - std::min({rgba.red, rgba.green, rgba.blue});
+  EXPECT_NEAR(highest, 0.82, 1e-7);
+  EXPECT_NEAR(span / highest, 0.75, 1e-12);
+  double sextant = 0;
+  if (highest == rgba.red)
+    sextant = (rgba.green - rgba.blue) / span;
+  else if (highest == rgba.green)
+    sextant = 2 + (rgba.blue - rgba.red) / span;
+  else
+    sextant = 4 + (rgba.red - rgba.green) / span;
+  return sextant < 0 ? sextant / 6 + 1 : sextant / 6;
+}
+
+TEST(PiePlotData, HuesOfPiesOfOneToSixSlices) {
+  ViewHost host;
+  const std::vector<std::vector<double>> table{{0.66},
+                                               {0.66, 0.32},
+                                               {0.66, 0.99, 0.32},
+                                               {0.66, 0.86, 0.06, 0.26},
+                                               {0.66, 0.86, 0.06, 0.26, 0.46},
+                                               {0.66, 0.8267, 0.9933, 0.16, 0.3267, 0.4933}};
+  for (const std::vector<double>& row : table)
+    for (size_t i = 0; i < row.size(); ++i)
+      EXPECT_NEAR(hueOf(pieOf(host)._sliceColorAtIndex(static_cast<int64_t>(i), static_cast<int64_t>(row.size()))),
+                  row[i], 5e-5)
+          << i << " of " << row.size();
 }
 
 TEST(PiePlotData, ConstantsOfTheHueRuleAreOfSinglePrecision) {

@@ -112,6 +112,29 @@ TEST(PieSliceLayer, WithoutAColourTheContextsOwnIsUsed) {
   EXPECT_EQ(commandsOf<DisplayList::Fill>(*slice)[0].color, (RGBA{0, 0, 0, 1}));
 }
 
+TEST(PieSliceLayer, WithoutABorderColourTheContextsOwnIsUsed) {
+  const auto slice = sliceOf(0.5);
+  slice->setSliceBorderWidth(2);
+  RecordingContext context;
+  context.setStrokeColor({1, 0, 0, 1});
+  slice->drawInContext(context);
+  const auto list = context.snapshot();
+  ASSERT_EQ(list->commands().size(), 2u);
+  EXPECT_EQ(std::get<DisplayList::Stroke>(list->commands()[1]).color, (RGBA{1, 0, 0, 1}));
+}
+
+TEST(PieSliceLayer, OnePathIsFilledAndThenStroked) {
+  const auto slice = sliceOf(0.3);
+  slice->setSliceBorderWidth(1);
+  const auto fills = commandsOf<DisplayList::Fill>(*slice);
+  const auto strokes = commandsOf<DisplayList::Stroke>(*slice);
+  ASSERT_EQ(fills.size(), 1u);
+  ASSERT_EQ(strokes.size(), 1u);
+  ASSERT_EQ(fills[0].path.elements().size(), strokes[0].path.elements().size());
+  EXPECT_EQ(fills[0].path.boundingBox(), strokes[0].path.boundingBox());
+  EXPECT_EQ(strokes[0].style.width, 1);
+}
+
 TEST(PieSliceLayer, SharesThatAreNotFiniteOrImmenseNeitherHangNorFail) {
   for (const double fraction : {std::nan(""), HUGE_VAL, -HUGE_VAL}) {
     const auto slice = sliceOf(fraction);

@@ -2,6 +2,7 @@
 
 #include "Classes/Views/PiePlotView.h"
 #include "Classes/Views/PlotView.h"
+#include "Classes/Views/SpendingOverTimeBarView.h"
 
 namespace zelkon {
 namespace {
@@ -30,6 +31,16 @@ TEST(PlotView, PieMakesAPieViewWithoutFrameLayerOptionsAndData) {
   EXPECT_EQ(view->layer(), nullptr);
   EXPECT_EQ(view->plotOptions(), nullptr);
   EXPECT_EQ(view->plotData(), nullptr);
+}
+
+TEST(PlotView, SpendingOverTimeMakesItsOwnKindOfBarOrLineView) {
+  const Value arguments = argumentsWithPlot("spendingOverTimeBarOrLine");
+  const std::shared_ptr<CALayerPlotView> view = PlotView::plugInViewWithArguments(arguments);
+  EXPECT_EQ(view->className(), "SpendingOverTimeBarView");
+  EXPECT_NE(std::dynamic_pointer_cast<SpendingOverTimeBarView>(view), nullptr);
+  EXPECT_EQ(view->arguments(), arguments);
+  EXPECT_EQ(view->frame(), NSZeroRect);
+  EXPECT_EQ(view->layer(), nullptr);
 }
 
 TEST(PlotView, NamesOfOtherCaseOrWithoutTextAreRefused) {
