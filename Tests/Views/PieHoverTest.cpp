@@ -187,6 +187,33 @@ TEST(PieHover, TheLabelTurnsUprightAndFadesInByImplicitAnimations) {
   EXPECT_EQ(label->animationForKey("transform"), nullptr);
 }
 
+TEST(PieHover, HalfWayTheLabelHasTurnedAndFadedByTheDefaultCurve) {
+  Pie pie({1, 1, 2});
+  const CALayerRef label = entryAt(pie, 0)->textLayerValue.lock();
+  pie.moveTo(0.25 * pi);
+  const CALayerProperties half = label->presentation(CACurrentMediaTime() + 0.125);
+  EXPECT_NEAR(half.hiddenFade, 0.8024, 1e-4);
+  EXPECT_NEAR(half.transform.m11, std::cos(-pi * 0.8024), 1e-3);
+  EXPECT_NEAR(half.transform.m12, std::sin(-pi * 0.8024), 1e-3) << "clockwise";
+  EXPECT_NEAR(half.transform.m11 * half.transform.m22 - half.transform.m12 * half.transform.m21, 1, 1e-9)
+      << "turned, not shrunk";
+}
+
+TEST(PieHover, AHoverThatEndsEarlyTurnsBackFromWhereTheLabelIs) {
+  Pie pie({1, 1, 2});
+  const CALayerRef label = entryAt(pie, 0)->textLayerValue.lock();
+  pie.moveTo(0.25 * pi);
+  pie.turn(0.125);
+  const CALayerProperties left = label->presentation(CACurrentMediaTime());
+  pie.moveToCorner();
+  const CALayerProperties back = label->presentation(CACurrentMediaTime());
+  EXPECT_NEAR(back.transform.m11, left.transform.m11, 1e-9);
+  EXPECT_NEAR(back.transform.m12, left.transform.m12, 1e-9);
+  EXPECT_NEAR(back.hiddenFade, left.hiddenFade, 1e-9);
+  pie.turn(0.25);
+  EXPECT_EQ(label->presentation(CACurrentMediaTime()).hiddenFade, 0);
+}
+
 TEST(PieHover, LeavingASliceTakesItBackToRestInItsPlaceInFront) {
   Pie pie({1, 1, 2});
   pie.moveTo(0.25 * pi);
