@@ -71,9 +71,14 @@ class Player {
   }
   std::string place(const std::string& file) const { return folder_.empty() ? file : folder_ + "/" + file; }
 
+  // What a call raises is the page's mistake: it is told of it and goes on.
   void carryOut(const CallStep& step) {
-    const Value result = host_->call(step.name, step.arguments);
-    if (!result.isNull() && !result.isUndefined()) transcript_.result(step.name, result);
+    try {
+      const Value result = host_->call(step.name, step.arguments);
+      if (!result.isNull() && !result.isUndefined()) transcript_.result(step.name, result);
+    } catch (const NSException& exception) {
+      transcript_.log(exception.description());
+    }
   }
   void carryOut(const WaitStep& step) { host_->wait(step.seconds); }
   void carryOut(const MouseStep& step) {

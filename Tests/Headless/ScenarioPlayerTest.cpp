@@ -54,6 +54,14 @@ TEST_F(ScenarioPlayerTest, TheColourAskedForIsAResultLine) {
     EXPECT_NE(lines[0].find(key), std::string::npos) << key << " in " << lines[0];
 }
 
+TEST_F(ScenarioPlayerTest, ACallThatRaisesIsLoggedAndThePageGoesOn) {
+  const Lines lines = play(std::string("{") + kPie + R"("steps": [
+      {"call": "SliceColorAtIndex", "arguments": []}, {"wait": 1}]})");
+  ASSERT_EQ(lines.size(), 2u);
+  EXPECT_EQ(lines[0].find("0.000 log -[WebUndefined integerValue]: unrecognized selector"), 0u) << lines[0];
+  EXPECT_EQ(lines[1], "0.250 page SpendingTrendsHaveDisplayed()");
+}
+
 TEST_F(ScenarioPlayerTest, HoveringTellsThePageNewAndPreviousSlice) {
   // Centre (150, 91.5) from below: 108.5 from the top.
   EXPECT_EQ(
