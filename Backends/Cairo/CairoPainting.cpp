@@ -23,8 +23,12 @@ CairoPatternHandle patternFor(const CGGradient& gradient, const CGGradientPlacem
     cairo_pattern_add_color_stop_rgba(pattern.get(), location, c.red, c.green, c.blue, c.alpha);
   };
   const auto& stops = gradient.stops();
+  // One colour that only fades is the same either way, and each stop costs time at every pixel.
+  auto differ = [](const RGBA& a, const RGBA& b) {
+    return a.alpha != b.alpha && (a.red != b.red || a.green != b.green || a.blue != b.blue);
+  };
   for (size_t i = 0; i < stops.size(); ++i) {
-    if (i > 0 && premultiplies && stops[i].color.alpha != stops[i - 1].color.alpha) {
+    if (i > 0 && premultiplies && differ(stops[i].color, stops[i - 1].color)) {
       const CGGradientStop &from = stops[i - 1], &to = stops[i];
       for (int step = 1; step < stepsBetweenTranslucentStops; ++step) {
         const double f = static_cast<double>(step) / stepsBetweenTranslucentStops;

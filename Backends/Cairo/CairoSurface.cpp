@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "Backends/Cairo/CairoHandles.h"
+#include "Backends/Cairo/PNGEncoder.h"
 
 namespace zelkon {
 
@@ -28,11 +29,6 @@ cairo_status_t readBytes(void* closure, unsigned char* data, unsigned length) {
   std::memcpy(data, reader->next, length);
   reader->next += length;
   reader->left -= length;
-  return CAIRO_STATUS_SUCCESS;
-}
-
-cairo_status_t appendBytes(void* closure, const unsigned char* data, unsigned length) {
-  static_cast<std::string*>(closure)->append(reinterpret_cast<const char*>(data), length);
   return CAIRO_STATUS_SUCCESS;
 }
 
@@ -76,11 +72,7 @@ CairoSurface::~CairoSurface() { cairo_surface_destroy(handle_); }
 int CairoSurface::pixelWidth() const { return cairo_image_surface_get_width(handle_); }
 int CairoSurface::pixelHeight() const { return cairo_image_surface_get_height(handle_); }
 
-std::string CairoSurface::encodePNG() const {
-  std::string bytes;
-  if (cairo_surface_write_to_png_stream(handle_, appendBytes, &bytes) != CAIRO_STATUS_SUCCESS) return {};
-  return bytes;
-}
+std::string CairoSurface::encodePNG() const { return encodedPNG(handle_); }
 
 std::vector<uint8_t> CairoSurface::readPixels() const {
   cairo_surface_flush(handle_);

@@ -13,15 +13,33 @@ constexpr double largestKernelSigma = 10;
 
 using Line = std::vector<float>;
 
-void convolve(const Line& in, Line& out, int length, const std::vector<float>& kernel) {
-  const int reach = static_cast<int>(kernel.size()) - 1;
-  for (int i = 0; i < length; ++i) {
-    float sum = in[static_cast<size_t>(i)] * kernel[0];
-    for (int k = 1; k <= reach; ++k) {
-      if (i - k >= 0) sum += in[static_cast<size_t>(i - k)] * kernel[static_cast<size_t>(k)];
-      if (i + k < length) sum += in[static_cast<size_t>(i + k)] * kernel[static_cast<size_t>(k)];
+// The weighted sum of lines that lie beside each other; what lies outside of the picture is nothing.
+void convolveAcross(std::vector<float>& values, size_t width, size_t height, const std::vector<float>& kernel) {
+  std::vector<float> sums(values.size());
+  const size_t reach = kernel.size() - 1;
+  for (size_t y = 0; y < height; ++y) {
+    float* sum = &sums[y * width];
+    for (size_t other = y - std::min(y, reach); other <= std::min(y + reach, height - 1); ++other) {
+      const float* line = &values[other * width];
+      const float weight = kernel[other > y ? other - y : y - other];
+      for (size_t x = 0; x < width; ++x) sum[x] += line[x] * weight;
     }
-    out[static_cast<size_t>(i)] = sum;
+  }
+  values.swap(sums);
+}
+
+void convolveAlong(std::vector<float>& values, size_t width, size_t height, const std::vector<float>& kernel) {
+  const size_t reach = kernel.size() - 1;
+  Line padded(width + 2 * reach);  // with nothing at both ends
+  for (size_t y = 0; y < height; ++y) {
+    float* line = &values[y * width];
+    std::copy(line, line + width, padded.begin() + static_cast<ptrdiff_t>(reach));
+    std::fill(line, line + width, 0.0f);
+    for (size_t k = 0; k <= 2 * reach; ++k) {
+      const float* moved = &padded[k];
+      const float weight = kernel[k > reach ? k - reach : reach - k];
+      for (size_t x = 0; x < width; ++x) line[x] += moved[x] * weight;
+    }
   }
 }
 
@@ -55,8 +73,12 @@ int gaussianReach(double sigma) { return sigma > 0 ? static_cast<int>(std::ceil(
 
 void gaussianBlur(std::vector<float>& values, int width, int height, double sigma) {
   if (!(sigma > 0) || width <= 0 || height <= 0) return;
-  const bool exact = sigma <= largestKernelSigma;
-  const std::vector<float> kernel = exact ? kernelFor(sigma) : std::vector<float>{};
+  if (sigma <= largestKernelSigma) {
+    const std::vector<float> kernel = kernelFor(sigma);
+    convolveAlong(values, static_cast<size_t>(width), static_cast<size_t>(height), kernel);
+    convolveAcross(values, static_cast<size_t>(width), static_cast<size_t>(height), kernel);
+    return;
+  }
   // Three means of 2r + 1 pixels have the variance ((2r + 1)^2 - 1) / 4.
   const int radius = static_cast<int>(std::lround((std::sqrt(4 * sigma * sigma + 1) - 1) / 2));
   Line in(static_cast<size_t>(std::max(width, height))), out(in.size());
@@ -67,13 +89,9 @@ void gaussianBlur(std::vector<float>& values, int width, int height, double sigm
       anything = anything || in[static_cast<size_t>(i)] != 0;
     }
     if (!anything) return;
-    if (exact) {
-      convolve(in, out, length, kernel);
-    } else {
-      runningMean(in, out, length, radius);
-      runningMean(out, in, length, radius);
-      runningMean(in, out, length, radius);
-    }
+    runningMean(in, out, length, radius);
+    runningMean(out, in, length, radius);
+    runningMean(in, out, length, radius);
     for (int i = 0; i < length; ++i) values[start + static_cast<size_t>(i) * step] = out[static_cast<size_t>(i)];
   };
   for (int y = 0; y < height; ++y) blurLine(static_cast<size_t>(y) * static_cast<size_t>(width), 1, width);

@@ -36,9 +36,15 @@ struct IcuLocaleServices::Data {
   icu::Locale locale;
   std::vector<std::pair<icu::UnicodeString, int>> monthNames;  // case folded
   int monthsPerYear = 12;
+  bool hasCalendar = false;
   std::map<std::pair<std::optional<std::string>, int>, icu::number::LocalizedNumberFormatter> formatters;
 
-  explicit Data(const std::string& name) : locale(icu::Locale::createFromName(name.c_str())) {
+  explicit Data(const std::string& name) : locale(icu::Locale::createFromName(name.c_str())) {}
+
+  // Most charts know no months; reading the calendar takes longer than drawing them.
+  void readCalendar() {
+    if (hasCalendar) return;
+    hasCalendar = true;
     readMonthNames();
     UErrorCode status = U_ZERO_ERROR;
     const std::unique_ptr<icu::Calendar> calendar(icu::Calendar::createInstance(locale, status));
@@ -104,11 +110,15 @@ std::string IcuLocaleServices::formatNumber(double value, const std::optional<st
 std::optional<int> IcuLocaleServices::monthNamed(std::string_view text) const {
   const icu::UnicodeString wanted =
       icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<int32_t>(text.size()))).foldCase();
+  data_->readCalendar();
   for (const auto& [name, month] : data_->monthNames)
     if (name == wanted) return month;
   return std::nullopt;
 }
 
-int IcuLocaleServices::monthsPerYear() const { return data_->monthsPerYear; }
+int IcuLocaleServices::monthsPerYear() const {
+  data_->readCalendar();
+  return data_->monthsPerYear;
+}
 
 }  // namespace zelkon

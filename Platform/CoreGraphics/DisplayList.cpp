@@ -27,7 +27,51 @@ struct ReplayCost {
   }
 };
 
+// A miter reaches at most so many half line widths beyond its corner.
+constexpr double miterLimit = 10;
+
+// Adds up the area that commands paint; clips are not taken into account.
+struct PaintedArea {
+  CGRect area = CGRectNull;
+  bool isKnown = true;
+  CGAffineTransform toRecording = CGAffineTransformIdentity;
+  std::vector<CGAffineTransform> saved;
+
+  void operator()(const DisplayList::Save&) { saved.push_back(toRecording); }
+  void operator()(const DisplayList::Restore&) {
+    if (saved.empty()) return;
+    toRecording = saved.back();
+    saved.pop_back();
+  }
+  void operator()(const DisplayList::Concat& c) { toRecording = CGAffineTransformConcat(c.transform, toRecording); }
+  void operator()(const DisplayList::Clip&) {}
+  void operator()(const DisplayList::Fill& c) { add(c.path.boundingBox()); }
+  void operator()(const DisplayList::Stroke& c) {
+    const double reach = c.style.width > 0 ? c.style.width / 2 * miterLimit : 0;
+    if (const CGRect box = c.path.boundingBox(); reach > 0 && !CGRectIsNull(box)) add(NSInsetRect(box, -reach, -reach));
+  }
+  void operator()(const DisplayList::Image& c) { add(c.rect); }
+  template <typename Other>
+  void operator()(const Other&) {
+    isKnown = false;
+  }
+  void add(CGRect rect) {
+    if (CGRectIsNull(rect)) return;
+    const CGRect placed = CGRectApplyAffineTransform(rect, toRecording);
+    area = CGRectIsNull(area) ? placed : CGRectUnion(area, placed);
+  }
+};
+
 }  // namespace
+
+std::optional<CGRect> DisplayList::bounds() const {
+  if (!bounds_) {
+    PaintedArea painted;
+    for (const Command& command : commands_) std::visit(painted, command);
+    bounds_ = painted.isKnown ? std::optional(painted.area) : std::nullopt;
+  }
+  return *bounds_;
+}
 
 bool DisplayList::isCheapToReplay() const {
   ReplayCost cost;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -66,6 +67,9 @@ class DisplayList {
   bool isEmpty() const { return commands_.empty(); }
   // Only plain fills, strokes and text, and few of them: replaying it each frame is cheaper and sharper than a picture.
   bool isCheapToReplay() const;
+  // A rectangle in the recording's coordinates that holds all that it paints; CGRectNull when it paints nothing, and
+  // nothing when that is not known without drawing: with text, gradients, groups or clearing.
+  std::optional<CGRect> bounds() const;
   // Paints the commands into `context` through its core, unbalanced saves closed at the end.
   void replay(CGContext& context) const;
 
@@ -73,6 +77,7 @@ class DisplayList {
   friend class RecordingContext;
   struct Player;
   std::vector<Command> commands_;
+  mutable std::optional<std::optional<CGRect>> bounds_;  // set when asked for
 };
 
 // A context that only records.

@@ -55,6 +55,19 @@ Placement place(const CALayerProperties& p, const CGImage& image, CGSize drawnSi
   return placement;
 }
 
+// What of the placed image is not transparent, as far as its recording tells: groups and their pixels stay small.
+CGRect paintedPart(const Placement& placement, const CGImage& image) {
+  const std::optional<CGRect> bounds = image.recording() ? image.recording()->bounds() : std::nullopt;
+  if (!bounds || CGRectIsEmpty(placement.part)) return placement.part;
+  if (CGRectIsNull(*bounds)) return CGRectNull;
+  // Stretched pixels fade out over the next one.
+  const CGRect covered = NSInsetRect(*bounds, -1, -1);
+  const CGRect painted{{placement.part.origin.x + covered.origin.x * placement.scaleX,
+                        placement.part.origin.y + covered.origin.y * placement.scaleY},
+                       {covered.size.width * placement.scaleX, covered.size.height * placement.scaleY}};
+  return CGRectIntersection(placement.part, painted);
+}
+
 void paintImage(CGContext& context, const CALayerProperties& p, const CGImageRef& image, CGSize drawnSize,
                 double scale) {
   if (!image || image->width() <= 0 || image->height() <= 0) return;
@@ -85,7 +98,7 @@ bool CALayerReplaysContents(const CGContext& context, const CGImage& image) {
 
 CGRect CALayerContentsRect(const CALayerProperties& p) {
   CGRect rect = CGRectNull;
-  if (p.contents) rect = place(p, *p.contents, p.drawnSize).part;
+  if (p.contents) rect = paintedPart(place(p, *p.contents, p.drawnSize), *p.contents);
   if (p.fadingContents && p.contentsFade < 1) rect = CGRectUnion(rect, place(p, *p.fadingContents, {}).part);
   return rect;
 }
