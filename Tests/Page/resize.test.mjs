@@ -142,4 +142,34 @@ test('size, motion and paper', async (context) => {
     assert.ok(pdf.length > 3000 && pdf.length < 100_000, `${pdf.length} bytes`);
     await assertUntouched();
   });
+
+  await context.test('paper shows the label of a hovered slice, and a chart that is still opening whole', async () => {
+    const page = await begin({ deviceScaleFactor: 2 });
+    const { x, y } = bisectorPoint(fractions, 0, 300, 200);
+    await page.mouse.move(x, y);
+    await page.waitForTimeout(500);
+    await page.screenshot({ path: join(pictures, 'hovered@2.png'), clip: { x: 0, y: 0, width: 300, height: 200 } });
+    await page.emulateMedia({ media: 'print' });
+    await page.waitForTimeout(200);
+    await page.screenshot({ path: join(pictures, 'paper-hovered@2.png'), clip: { x: 0, y: 0, width: 300, height: 200 } });
+    // The label's own middle lies on the bisector at 0.66 of the radius: a translucent white on the slice.
+    const label = bisectorPoint(fractions, 0, 300, 200, 0.66);
+    const at = [label.x - 17, label.y].map((each) => Math.floor(each * 4));
+    const onPaper = (at) =>
+      page.evaluate(([x, y]) => [...pie.shadowRoot.querySelector('canvas.paper').getContext('2d').getImageData(x, y, 1, 1).data], at);
+    const expected = threeColors[0].map((part) => 255 * (0.4 * part + 0.6));
+    assertNear(await onPaper(at), [...expected, 255], 3, 'label');
+    await page.emulateMedia({ media: 'screen' });
+
+    const opening = await browser.open(pie, handDriven);
+    await opening.evaluate('pie.SetPlotData(three), tick(0), tick(60)');
+    await opening.emulateMedia({ media: 'print' });
+    await opening.waitForTimeout(100);
+    const rim = bisectorPoint(fractions, 1, 300, 200, 0.95);
+    const color = await opening.evaluate(
+      ([x, y]) => [...pie.shadowRoot.querySelector('canvas.paper').getContext('2d').getImageData(x, y, 1, 1).data],
+      [rim.x, rim.y].map((each) => Math.floor(each * 4)),
+    );
+    assertNear(color, [...threeColors[1].map((part) => part * 255), 255], 1.5, 'a slice of the opening pie');
+  });
 });
