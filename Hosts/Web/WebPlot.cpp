@@ -156,8 +156,10 @@ void WebPlot::press() {
 }
 
 void WebPlot::call(const std::string& name, ValueArray arguments) {
-  if (name == "SetPlotOptions") options_ = arguments;
-  if (name == "SetPlotData") data_ = arguments;
+  // The over-time chart keeps what it was first shown with, and so does the fresh view of it.
+  const bool isSettled = plot_ != "pie" && view_->plotData() && view_->layer();
+  if (name == "SetPlotOptions" && !isSettled) options_ = arguments;
+  if (name == "SetPlotData" && !isSettled) data_ = arguments;
   const std::shared_ptr<CALayerPlotView> view = view_;
   WebScriptInvoke(*view, name, arguments);
 }
@@ -231,6 +233,8 @@ bool WebPlot::needsFrame(double time) {
 void WebPlot::print(int canvas, double scale) {
   if (isEmpty(size_)) return;
   refreshIfNeeded();
+  // A bubble left open would be drawn twice, once in the chart's coordinates and once in its own.
+  if (plot_ != "pie") mouseExited();
   CATransaction::flush();
   const double screenScale = device_.screenScale();
   auto surface = device_.screenSurface(canvas, pixels(size_.width, scale), pixels(size_.height, scale));
