@@ -182,10 +182,11 @@ export class Instance {
   }
 
   // What the module calls. Nothing here may throw: an exception would cross WebAssembly frames without unwinding them.
+  // An instance that has failed inside a function of the page still finishes what had called that function.
   private imports() {
     return {
       call: (plot: number, name: number, nameLength: number, values: number, valuesLength: number) => {
-        this.listener.pageCall(plot, this.text(name, nameLength), JSON.parse(this.text(values, valuesLength)));
+        if (!this.failed) this.listener.pageCall(plot, this.text(name, nameLength), JSON.parse(this.text(values, valuesLength)));
       },
       set: (object: number, key: number, keyLength: number, value: number, valueLength: number) => {
         this.assignments.push({ object, key: this.text(key, keyLength), value: JSON.parse(this.text(value, valueLength)) });
