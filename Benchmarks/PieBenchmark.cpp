@@ -79,11 +79,12 @@ void PieToPNG(benchmark::State& state) {
   state.counters["bytes"] = static_cast<double>(bytes);
 }
 
-// From data to the first frame of a chart that is already on screen.
-void PieFirstFrame(benchmark::State& state) {
+// From data to the frame that shows it, of a chart that has opened already.
+void PieNewData(benchmark::State& state) {
   Services services;
   Screen screen(services);
   const Value data = spending(state.range(0));
+  screen.host().waitForAnimations(longestOpening);
   for (auto _ : state) {
     screen.host().call("SetPlotData", {data});
     screen.host().settle();
@@ -137,7 +138,7 @@ void PieData(benchmark::State& state) {
 }
 
 BENCHMARK(PieToPNG)->Arg(8)->Unit(benchmark::kMillisecond);
-BENCHMARK(PieFirstFrame)->Arg(8)->Unit(benchmark::kMillisecond);
+BENCHMARK(PieNewData)->Arg(8)->Unit(benchmark::kMillisecond);
 BENCHMARK(PieOpeningFrame)->Arg(8)->Unit(benchmark::kMillisecond);
 BENCHMARK(PieHoverFrame)->Arg(8)->Unit(benchmark::kMillisecond);
 BENCHMARK(PieData)->Arg(8)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond);

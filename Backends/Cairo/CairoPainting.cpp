@@ -1,8 +1,10 @@
 #include "Backends/Cairo/CairoPainting.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "Backends/Cairo/GradientRegion.h"
+#include "Backends/Cairo/RadialPicture.h"
 
 namespace zelkon {
 
@@ -11,6 +13,10 @@ namespace {
 // A chord of the parabola that plain interpolation draws in premultiplied space is off by a quarter of its width
 // squared at most: 1/1024 for sixteenths.
 constexpr int stepsBetweenTranslucentStops = 16;
+
+// Pixels; a smaller gradient has more stops than pixels, and what is larger would take too much memory.
+constexpr double leastRadius = 1;
+constexpr double largestSide = 8192;
 
 CairoPatternHandle patternFor(const CGGradient& gradient, const CGGradientPlacement& placement, bool premultiplies) {
   CairoPatternHandle pattern(
@@ -41,6 +47,34 @@ CairoPatternHandle patternFor(const CGGradient& gradient, const CGGradientPlacem
     add(stops[i].location, stops[i].color);
   }
   return pattern;
+}
+
+// Sets a source of pixels for the clip in force; false when the gradient would not be round there, or too large.
+bool setRadialPicture(cairo_t* cr, const CGGradient& gradient, const CGGradientPlacement& placement) {
+  cairo_matrix_t matrix;
+  cairo_get_matrix(cr, &matrix);
+  if (matrix.xy != 0 || matrix.yx != 0 || std::abs(matrix.xx) != std::abs(matrix.yy)) return false;
+  const double radius = placement.radius * std::abs(matrix.xx);
+  double centerX = placement.start.x, centerY = placement.start.y;
+  cairo_matrix_transform_point(&matrix, &centerX, &centerY);
+  if (!(radius > leastRadius) || !std::isfinite(centerX + centerY + radius)) return false;
+  cairo_identity_matrix(cr);
+  double x1, y1, x2, y2;
+  cairo_clip_extents(cr, &x1, &y1, &x2, &y2);
+  x1 = std::floor(x1);
+  y1 = std::floor(y1);
+  const double width = std::ceil(x2) - x1, height = std::ceil(y2) - y1;
+  CairoSurfaceHandle picture;
+  if (width > 0 && height > 0 && width <= largestSide && height <= largestSide)
+    picture = radialPicture(gradient, {centerX - x1, centerY - y1}, radius, static_cast<int>(width),
+                            static_cast<int>(height));
+  if (picture) {
+    cairo_set_source_surface(cr, picture.get(), x1, y1);
+    cairo_pattern_set_filter(cairo_get_source(cr), CAIRO_FILTER_NEAREST);
+  } else {
+    cairo_set_matrix(cr, &matrix);
+  }
+  return picture != nullptr;
 }
 
 }  // namespace
@@ -120,7 +154,7 @@ void paintCairoGradient(cairo_t* cr, const CGGradient& gradient, const CGGradien
   cairo_clip(cr);
   if (!(placement.radius > 0) && placement.start == placement.end)
     setCairoColor(cr, gradient.stops().back().color);
-  else
+  else if (!(premultiplies && placement.radius > 0 && setRadialPicture(cr, gradient, placement)))
     cairo_set_source(cr, patternFor(gradient, placement, premultiplies).get());
   if (alpha == 1)
     cairo_paint(cr);
