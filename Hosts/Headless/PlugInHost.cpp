@@ -224,7 +224,11 @@ void PlugInHost::print(CGContext& context) {
   view_->drawRect(view_->bounds());
   context.restoreGState();
   NSGraphicsContext::restoreGraphicsState();
-  CATransaction::flush();
+  // Printing leaves the bars of the paper on the screen, over its own; a fresh view takes them off.
+  if (plot_ != kPie)
+    resize(size_);
+  else
+    CATransaction::flush();
 }
 
 }  // namespace zelkon

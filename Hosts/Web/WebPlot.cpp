@@ -247,6 +247,8 @@ void WebPlot::print(int canvas, double scale) {
     context->flush();
   }
   device_.setScreenScale(screenScale);
+  // Printing leaves the bars of the paper on the screen, over its own; a fresh view takes them off.
+  if (plot_ != "pie") setNeedsFreshView();
 }
 
 }  // namespace zelkon

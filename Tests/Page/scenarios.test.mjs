@@ -1,14 +1,11 @@
 // Every scenario of Tests/Scenarios gives the same transcript and the same layers in Chromium as the command gives.
 import assert from 'node:assert/strict';
 import { execFileSync } from 'node:child_process';
-import { copyFileSync, mkdtempSync, readdirSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
-import { tmpdir } from 'node:os';
+import { readdirSync, readFileSync } from 'node:fs';
 import { basename, join } from 'node:path';
 import { test } from 'node:test';
-import { build } from 'esbuild';
-import { chromium } from 'playwright-core';
-import { serve } from '../../Tools/serve.mjs';
-import { flags, root } from './browser.mjs';
+import { root } from './browser.mjs';
+import { command, openPlayer } from './player.mjs';
 
 const scenarios = readdirSync(join(root, 'Tests', 'Scenarios'), { withFileTypes: true })
   .filter((entry) => entry.isDirectory())
@@ -16,41 +13,14 @@ const scenarios = readdirSync(join(root, 'Tests', 'Scenarios'), { withFileTypes:
   .filter((file) => file.endsWith('.json'));
 
 test('scenarios', async (context) => {
-  const folder = mkdtempSync(join(tmpdir(), 'zelkon-scenarios-'));
-  await build({
-    stdin: { contents: "import { play } from './Tests/Scenarios/player'; window.play = play;", resolveDir: root, loader: 'ts' },
-    bundle: true,
-    format: 'esm',
-    target: 'es2022',
-    loader: { '.png': 'binary' },
-    alias: { 'zelkon-plot-module': join(root, 'build/wasm/bin/zelkon-plot-scenarios.mjs') },
-    outfile: join(folder, 'player.js'),
-    logLevel: 'warning',
-  });
-  copyFileSync(join(root, 'build/wasm/bin/zelkon-plot-scenarios.wasm'), join(folder, 'zelkon-plot.wasm'));
-  writeFileSync(join(folder, 'favicon.ico'), '');
-  const server = await serve([folder]);
-  const browser = await chromium.launch({ executablePath: '/usr/bin/chromium', args: flags });
-  context.after(async () => {
-    await browser.close();
-    server.close();
-    rmSync(folder, { recursive: true, force: true });
-  });
-
+  const player = await openPlayer(context);
   for (const file of scenarios) {
     await context.test(file.replace('.json', ''), async () => {
       const path = join(root, 'Tests', 'Scenarios', file);
       const scenario = JSON.parse(readFileSync(path, 'utf8'));
-      const out = join(folder, 'native', basename(file, '.json'));
-      const native = execFileSync(join(root, 'build/native-debug/bin/zelkon-plot'), ['play', path, '--out', out], { encoding: 'utf8' });
-
-      const language = (scenario.locale ?? 'en_US').replace('_', '-');
-      writeFileSync(join(folder, 'index.html'), `<!doctype html><html lang="${language}"><title>s</title><script type="module" src="player.js"></script>`);
-      const page = await browser.newPage();
-      await page.goto(`http://127.0.0.1:${server.address().port}/`);
-      await page.waitForFunction(() => window.play);
-      const played = await page.evaluate((steps) => window.play(steps), scenario);
-      await page.close();
+      const out = join(player.folder, 'native', basename(file, '.json'));
+      const native = execFileSync(command, ['play', path, '--out', out], { encoding: 'utf8' });
+      const played = await player.play(scenario);
 
       assert.deepEqual(played.transcript.map(withoutAddresses), native.split('\n').slice(0, -1).map(withoutAddresses));
       for (const [name, tree] of Object.entries(played.layers)) {

@@ -10,6 +10,7 @@ interface Step {
   mouse?: string;
   at?: [number, number];
   layers?: string;
+  snapshot?: string;
   frame?: [number, number];
   resize?: [number, number];
   scroll?: [number, number];
@@ -38,9 +39,17 @@ function text(value: unknown): string {
   return JSON.stringify(value, value && typeof value === 'object' ? Object.keys(value).sort() : undefined);
 }
 
-export async function play(scenario: Scenario): Promise<{ transcript: string[]; layers: Record<string, unknown> }> {
+interface Played {
+  transcript: string[];
+  layers: Record<string, unknown>;
+  // PNG pictures as data addresses.
+  snapshots: Record<string, string>;
+}
+
+export async function play(scenario: Scenario, scale = 1): Promise<Played> {
   const transcript: string[] = [];
   const layers: Record<string, unknown> = {};
+  const snapshots: Record<string, string> = {};
   let now = 0;
   const note = (kind: string, line: string) => transcript.push(`${now.toFixed(3)} ${kind} ${line}`);
   const warn = console.warn;
@@ -50,7 +59,7 @@ export async function play(scenario: Scenario): Promise<{ transcript: string[]; 
     instanceFailed: (error) => note('failed', String(error)),
   });
   const module = (instance as unknown as { module: ScenarioModule }).module;
-  instance.setScreenScale(1);
+  instance.setScreenScale(scale);
   const screen = document.createElement('canvas');
   const id = instance.create(scenario.plot, instance.canvas.bindScreen(screen), ...scenario.size);
   let size = scenario.size;
@@ -89,6 +98,10 @@ export async function play(scenario: Scenario): Promise<{ transcript: string[]; 
       turn(now);
       layers[step.layers] = dump();
     }
+    if (step.snapshot) {
+      turn(now);
+      snapshots[step.snapshot] = screen.toDataURL('image/png');
+    }
     if (step.frame) {
       size = step.frame;
       module._zelkon_scenario_frame(id, ...size);
@@ -107,5 +120,5 @@ export async function play(scenario: Scenario): Promise<{ transcript: string[]; 
     if (step.lifecycle === 'destroy') instance.destroy(id);
   }
   console.warn = warn;
-  return { transcript, layers };
+  return { transcript, layers, snapshots };
 }
