@@ -145,6 +145,8 @@ void WebPlot::stepToEnd(bool last) {
 
 void WebPlot::stepTo(const std::vector<KeyStop>& stops, size_t index) {
   const KeyStop& stop = stops[index];
+  // The keyboard also reaches what has been scrolled away.
+  setVisibleRect({{0, 0}, size_});
   mouseMoved({stop.point.x, size_.height - stop.point.y});
   step_ = index;
   const std::string text = PageJSON(Value(ValueArray{stop.label, stop.amount, stop.share}));

@@ -36,6 +36,8 @@ export class ZelkonPlot extends HTMLElement {
   readonly #fallback = document.createElement('slot');
   readonly #root = this.attachShadow({ mode: 'open', delegatesFocus: true });
   readonly #pointer = new PointerTracker(this.#canvas, {
+    // What is around the element may have moved it without any scrolling.
+    entered: () => this.#scrolled(),
     moved: (x, y) => this.#mouse((id) => this.#stage.instance.mouseMoved(id, ...this.#point(x, y))),
     down: (x, y) => this.#mouse((id) => this.#stage.instance.mouseDown(id, ...this.#point(x, y))),
     exited: () => this.#mouse((id) => this.#stage.instance.mouseExited(id)),

@@ -2,6 +2,7 @@
 // the canvas before any transform.
 
 export interface PointerListener {
+  entered(): void;
   moved(x: number, y: number): void;
   down(x: number, y: number): void;
   exited(): void;
@@ -29,6 +30,7 @@ export class PointerTracker {
     const { signal } = this.listening;
     const listen = (type: string, handler: (event: PointerEvent) => void) =>
       this.canvas.addEventListener(type, handler as EventListener, { signal });
+    listen('pointerenter', () => this.listener.entered());
     listen('pointermove', (event) => this.moved(event));
     listen('pointerdown', (event) => this.down(event));
     listen('pointerleave', (event) => this.left(event));

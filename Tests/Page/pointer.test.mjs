@@ -41,7 +41,7 @@ test('the pointer', async (context) => {
     ]);
   });
 
-  await context.test('finds its slice where the element is moved, scaled, turned, scrolled and in a shadow tree', async () => {
+  await context.test('finds its slice where the element is moved, scaled and turned', async () => {
     const bodies = {
       'margin: 40px 0 0 60px': [60, 40, 1],
       'transform: scale(0.5); transform-origin: 0 0': [0, 0, 0.5],
@@ -80,6 +80,53 @@ test('the pointer', async (context) => {
       await move(page, slice(1, 0.3), 0, 20);
       assert.deepEqual((await page.evaluate('calls')).at(-1), hover(1, outside), String(deviceScaleFactor));
     }
+  });
+
+  await context.test('finds its slice where the page has moved the element into view without scrolling', async () => {
+    const page = await begin('<div id="above"></div><zelkon-plot id="pie" plot="pie"></zelkon-plot>');
+    await page.evaluate(async () => {
+      above.style.height = '2000px';
+      const kept = pie;
+      kept.remove();
+      document.body.append(kept);
+      kept.SetPlotData(three);
+      await frames(30);
+      above.remove();
+      calls.length = 0;
+    });
+    await move(page, slice(1));
+    assert.deepEqual((await page.evaluate('calls')).at(-1), hover(1, outside));
+  });
+
+  await context.test('finds its slice in a shadow tree and in a frame', async () => {
+    const inTree = await browser.open('<div id="host"></div>');
+    await inTree.evaluate(async () => {
+      const made = document.createElement('zelkon-plot');
+      made.setAttribute('plot', 'pie');
+      made.style.cssText = 'display: block; width: 300px; height: 200px; margin: 25px';
+      host.attachShadow({ mode: 'closed' }).append(made);
+      made.SetPlotData(three);
+      await displayed();
+      calls.length = 0;
+    });
+    await move(inTree, slice(1), 25, 25);
+    assert.deepEqual(await inTree.evaluate('calls'), [hover(1, outside)]);
+
+    const within = new URL((await browser.open(pie)).url()).pathname;
+    const inFrame = await browser.open('<iframe id="frame"></iframe>');
+    await inFrame.evaluate(async (within) => {
+      frame.style.cssText = 'border: 0; width: 400px; height: 300px; margin: 30px 0 0 20px';
+      await new Promise((resolve) => {
+        frame.onload = resolve;
+        frame.src = within;
+      });
+    }, within);
+    const inner = inFrame.frames()[1];
+    await inner.evaluate(() => customElements.whenDefined('zelkon-plot').then(() => start()));
+    await inner.evaluate('calls.length = 0');
+    await move(inFrame, slice(2), 20, 30);
+    assert.deepEqual(await inner.evaluate('calls'), [hover(2, outside)]);
+    assert.deepEqual(await inFrame.evaluate('calls'), [], 'the outer page is not the chart\'s');
   });
 
   await context.test('hears that it left while a button was held', async () => {
