@@ -51,7 +51,7 @@ export class Instance {
     instance.module = await new Promise<ZelkonModule>((resolve, reject) => {
       createModule({
         canvas: instance.canvas,
-        locale: new LocaleRuntime(document.documentElement.lang || undefined),
+        locale: new LocaleRuntime(),
         host: instance.imports(),
         instantiateWasm(imports: WebAssembly.Imports, receive: (instance: WebAssembly.Instance, code: WebAssembly.Module) => void) {
           WebAssembly.instantiate(code, imports).then((running) => receive(running, code), reject);
