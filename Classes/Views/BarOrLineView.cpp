@@ -8,6 +8,7 @@
 #include "Foundation/NSAssertionHandler.h"
 #include "Foundation/NSNotificationCenter.h"
 #include "Foundation/NSScanner.h"
+#include "WebKit/WebScriptObject.h"
 
 namespace zelkon {
 namespace {
@@ -48,10 +49,15 @@ void BarOrLineView::js_setPlotData(const Value& data) {
     CALayerPlotView::js_setPlotData(data);
     const std::string operation = "-[" + className() + " js_setPlotData:]";
     std::vector<PlotEntryRef> entries;
+    // A page may hand over a great many entries: what they are is asked once for each, not for each property.
+    const WebScriptObjectRef array = WebScriptObjectOf(data);
     for (size_t i = 0;; ++i) {
-      const Value element = ScriptElementAtIndex(data, i);
+      const Value element = array ? array->webScriptValueAtIndex(i) : ScriptElementAtIndex(data, i);
       if (element.isUndefined() || element.isNull()) break;
-      const auto read = [&](std::string_view key) { return ScriptElementValueForKey(element, key); };
+      const WebScriptObjectRef object = WebScriptObjectOf(element);
+      const auto read = [&](std::string_view key) {
+        return object ? object->valueForKey(key) : ScriptElementValueForKey(element, key);
+      };
       const Value humanX = read("humanX"), mediumHumanX = read("mediumHumanX"), shortHumanX = read("shortHumanX");
       const Value subtitle = read("shortHumanXSubtitle"), humanY = read("humanY"), y = read("y");
       if (humanX.length() == 0 || humanY.length() == 0 || y.length() == 0) continue;
