@@ -1,6 +1,9 @@
 // Times the pie in Chromium: the main thread's work in "SetPlotData" and the first frame, and in each frame of the
 // opening animation. Prints milliseconds: median, the 95th percentile and the longest.
 //
+// In the first turn of a chart's frames the chart is empty yet and its opening begins; the first frame with slices comes
+// with the second. Both count as the first frame here.
+//
 // node Benchmarks/page.mjs [--runs N] [--profile FILE]    the page's module must have been built into out/web
 //
 // --profile also writes a CPU profile of the runs, for the browser's developer tools, and prints the functions that
@@ -47,8 +50,8 @@ async function measure({ runs, warmUps }) {
     await new Promise((resolve) => setTimeout(resolve, 60));
     if (run < 0) continue;
     results.data.push(handedOver);
-    results.first.push(handedOver + frames[0]);
-    results.frames.push(...frames.slice(1));
+    results.first.push(handedOver + frames[0] + frames[1]);
+    results.frames.push(...frames.slice(2));
   }
   return results;
 }
