@@ -151,6 +151,32 @@ TEST_F(CairoPixels, PNGBytesComeBackAsTheSamePixels) {
   EXPECT_EQ(device.readPixels(*decoded), device.readPixels(*surface));
 }
 
+TEST_F(CairoPixels, PNGBytesKeepTranslucentPixels) {
+  start(256, 1);
+  for (int alpha = 0; alpha < 256; ++alpha) {
+    context->setFillColor({1, 0.5, 0.25, alpha / 255.0});
+    context->fillRect(CGRectMake(alpha, 0, 1, 1));
+  }
+  context->flush();
+  const std::string png = device.encodePNG(*surface);
+  const auto decoded = device.decodePNG(reinterpret_cast<const uint8_t*>(png.data()), png.size());
+  ASSERT_TRUE(decoded);
+  const std::vector<uint8_t> before = device.readPixels(*surface), after = device.readPixels(*decoded);
+  ASSERT_EQ(before.size(), after.size());
+  for (size_t i = 0; i < before.size(); ++i) EXPECT_NEAR(before[i], after[i], 1) << i;
+}
+
+TEST_F(CairoPixels, RadialGradientsFollowTheDistanceInPixels) {
+  start(60, 40, 2);
+  const auto gradient = std::make_shared<const CGGradient>(std::vector<RGBA>{{1, 1, 1, 0}, {1, 1, 1, 1}});
+  context->translateCTM(3, 2);
+  context->drawRadialGradient(gradient, CGPointMake(20, 18), 25, kCGGradientDrawsAfterEndLocation);
+  for (const auto& [column, row] : {std::pair{46, 40}, {60, 40}, {46, 10}, {80, 60}, {0, 0}, {119, 79}}) {
+    const double distance = std::hypot((column + 0.5) / 2 - 23, (80 - row - 0.5) / 2 - 20);
+    EXPECT_NEAR(pixel(column, row).alpha, 255 * std::min(1.0, distance / 25), 1.0) << column << "," << row;
+  }
+}
+
 TEST_F(CairoPixels, BytesThatAreNoWholePNGGiveNothing) {
   const std::string text = "this is not a picture, not in the least";
   EXPECT_FALSE(device.decodePNG(reinterpret_cast<const uint8_t*>(text.data()), text.size()));

@@ -138,5 +138,36 @@ TEST(DisplayList, GroupsBlendsAndGradientsAreNotCheap) {
   EXPECT_FALSE(clipped.snapshot()->isCheapToReplay());
 }
 
+TEST(DisplayList, BoundsHoldWhatFillsImagesAndStrokesPaint) {
+  RecordingContext context;
+  EXPECT_TRUE(CGRectIsNull(context.snapshot()->bounds().value()));
+  context.saveGState();
+  context.translateCTM(100, 50);
+  context.scaleCTM(2, 2);
+  context.fillRect(CGRectMake(1, 2, 3, 4));
+  context.restoreGState();
+  EXPECT_EQ(context.snapshot()->bounds().value(), CGRectMake(102, 54, 6, 8));
+  context.drawImage(CGRectMake(90, 60, 5, 1), std::make_shared<CGImage>(std::make_shared<DisplayList>(), 1, 1));
+  EXPECT_EQ(context.snapshot()->bounds().value(), CGRectMake(90, 54, 18, 8));
+  // The sharpest corner with a miter reaches ten times half the width.
+  context.setLineWidth(2);
+  context.moveToPoint(0, 0);
+  context.addLineToPoint(0, 40);
+  context.strokePath();
+  EXPECT_EQ(context.snapshot()->bounds().value(), CGRectMake(-10, -10, 118, 72));
+}
+
+TEST(DisplayList, BoundsOfTextGroupsAndGradientsAreNotKnown) {
+  RecordingContext text, group, gradient;
+  text.showTextRun({FontFaceHelvetica(), 9, "a", {0, 0}});
+  EXPECT_FALSE(text.snapshot()->bounds());
+  group.beginTransparencyLayer();
+  group.endTransparencyLayer();
+  EXPECT_FALSE(group.snapshot()->bounds());
+  gradient.drawRadialGradient(std::make_shared<CGGradient>(std::vector<RGBA>{{0, 0, 0, 1}, {1, 1, 1, 1}}), {0, 0}, 5,
+                              0);
+  EXPECT_FALSE(gradient.snapshot()->bounds());
+}
+
 }  // namespace
 }  // namespace zelkon
