@@ -1,39 +1,12 @@
 // What a finance application's page does with the chart: hands it a month's figures, colours and drives its own legend,
 // and listens to what the chart says.
 
-const months = [
-  {
-    name: 'October 2026',
-    spending: { Rent: 1450, Groceries: 486.2, 'Eating out': 238.75, Transport: 164.3, Utilities: 142.18, Leisure: 121.5, Health: 64.9 },
-  },
-  {
-    name: 'September 2026',
-    spending: { Rent: 1450, Groceries: 512.46, 'Eating out': 187.2, Transport: 158.6, Utilities: 128.74, 'Clothes and shoes': 219.95 },
-  },
-  {
-    name: 'August 2026',
-    spending: { Rent: 1450, Travel: 982.3, Groceries: 318.05, 'Eating out': 342.6, Transport: 88.1, Utilities: 119.02, Leisure: 96.4, Gifts: 45 },
-  },
-];
+import { months, sumOf } from './figures.js';
+import { element, formatter, make, note } from './page.js';
 
-const money = new Intl.NumberFormat('en-US', { style: 'currency', currency: 'USD' });
+const money = formatter('USD');
 const share = new Intl.NumberFormat('en-US', { style: 'percent', maximumFractionDigits: 1 });
-const element = (id) => document.getElementById(id);
-const sumOf = ({ spending }) => Object.values(spending).reduce((sum, amount) => sum + amount, 0);
 const rows = () => [...element('legend').rows];
-
-function make(name, properties = {}, ...children) {
-  const made = Object.assign(document.createElement(name), properties);
-  made.append(...children);
-  return made;
-}
-
-function note(name, values) {
-  const calls = element('calls');
-  const time = make('time', { textContent: new Date().toLocaleTimeString('en-GB') });
-  calls.prepend(make('li', {}, time, `${name}(${values.join(', ')})`));
-  while (calls.children.length > 6) calls.lastChild.remove();
-}
 
 function markHovered(index) {
   rows().forEach((row, each) => row.classList.toggle('hovered', each === index));
