@@ -102,7 +102,18 @@ build() {
   stage "build $preset" ninja -C "build/$preset" -j"$jobs" "$@"
 }
 
+# Whether the bundle is newer than all that goes into it.
+page_is_bundled() {
+  local stamp=build/wasm/bundled name
+  for name in zelkon-plot.js zelkon-plot.wasm; do
+    [ -f "out/web/$name" ] || return
+  done
+  [ -f "$stamp" ] && [ -z "$(find Hosts/Web Backends/Canvas Resources LICENSE package-lock.json tsconfig.json build/wasm/bin/zelkon-plot-module.mjs \
+    build/wasm/bin/zelkon-plot-module.wasm -newer "$stamp" -print -quit)" ]
+}
+
 build_page() {
-  mkdir -p out/web
-  build wasm zelkon-plot-module && stage "bundle the page's module" node Hosts/Web/build.mjs
+  build wasm zelkon-plot-module || return
+  page_is_bundled && return
+  stage "bundle the page's module" node Hosts/Web/build.mjs && touch build/wasm/bundled
 }
