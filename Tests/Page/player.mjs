@@ -33,12 +33,12 @@ export async function openPlayer(context) {
   });
 
 
+  writeFileSync(join(folder, 'index.html'), '<!doctype html><html lang="en"><title>scenario</title><script type="module" src="player.js"></script>');
   return {
     folder,
     async play(scenario, scale = 1) {
-      const language = (scenario.locale ?? 'en_US').replace('_', '-');
-      writeFileSync(join(folder, 'index.html'), `<!doctype html><html lang="${language}"><title>s</title><script type="module" src="player.js"></script>`);
-      const page = await browser.newPage();
+      const locale = (scenario.locale ?? 'en_US').replace('_', '-');
+      const page = await browser.newPage({ locale });
       await page.goto(`http://127.0.0.1:${server.address().port}/`);
       await page.waitForFunction(() => window.play);
       const played = await page.evaluate(([given, pixels]) => window.play(given, pixels), [scenario, scale]);
