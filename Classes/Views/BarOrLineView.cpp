@@ -1,22 +1,16 @@
 // Data, plotter, display and printing; the tooltip has a file of its own.
 #include "Classes/Views/BarOrLineView.h"
 
-#include <cmath>
-
 #include "Classes/Plotting/LinePlot.h"
-#include "Classes/Views/ScriptElement.h"
+#include "Classes/Views/ScriptEntries.h"
 #include "Foundation/NSAssertionHandler.h"
 #include "Foundation/NSNotificationCenter.h"
-#include "Foundation/NSScanner.h"
-#include "WebKit/WebScriptObject.h"
 
 namespace zelkon {
 namespace {
 
 constexpr unsigned kTrackingOptions =
     NSTrackingMouseEnteredAndExited | NSTrackingMouseMoved | NSTrackingActiveInKeyWindow | NSTrackingInVisibleRect;
-
-PlotEntry::Text textOrNothing(const Value& value) { return value.length() > 0 ? value.sharedString() : nullptr; }
 
 }  // namespace
 
@@ -47,34 +41,10 @@ void BarOrLineView::createLayerHierarchy() {
 void BarOrLineView::js_setPlotData(const Value& data) {
   guardedScriptCall("js_setPlotData:", [&] {
     CALayerPlotView::js_setPlotData(data);
-    const std::string operation = "-[" + className() + " js_setPlotData:]";
-    std::vector<PlotEntryRef> entries;
-    // A page may hand over a great many entries: what they are is asked once for each, not for each property.
-    const WebScriptObjectRef array = WebScriptObjectOf(data);
-    for (size_t i = 0;; ++i) {
-      const Value element = array ? array->webScriptValueAtIndex(i) : ScriptElementAtIndex(data, i);
-      if (element.isUndefined() || element.isNull()) break;
-      const WebScriptObjectRef object = WebScriptObjectOf(element);
-      const auto read = [&](std::string_view key) {
-        return object ? object->valueForKey(key) : ScriptElementValueForKey(element, key);
-      };
-      const Value humanX = read("humanX"), mediumHumanX = read("mediumHumanX"), shortHumanX = read("shortHumanX");
-      const Value subtitle = read("shortHumanXSubtitle"), humanY = read("humanY"), y = read("y");
-      if (humanX.length() == 0 || humanY.length() == 0 || y.length() == 0) continue;
-      std::optional<double> amount = NSScanDouble(y.string());
-      // An amount without end has no place on an axis.
-      if (amount && !std::isfinite(*amount)) amount.reset();
-      NSParameterAssert(amount.has_value(), "didScanYValue", operation, this, "Classes/Views/BarOrLineView", 343);
-      auto entry = std::make_shared<PlotEntry>();
-      entry->humanX = humanX.sharedString();
-      entry->humanY = humanY.sharedString();
-      entry->y = *amount;
-      entry->mediumHumanX = textOrNothing(mediumHumanX);
-      entry->shortHumanX = textOrNothing(shortHumanX);
-      entry->shortHumanXSubtitle = subtitle;
-      entries.push_back(std::move(entry));
-    }
-    setPlotData(std::make_shared<const PlotEntryArray>(std::move(entries)));
+    setPlotData(ScriptEntries(data, [this](bool didScanYValue) {
+      const std::string operation = "-[" + className() + " js_setPlotData:]";
+      NSParameterAssert(didScanYValue, "didScanYValue", operation, this, "Classes/Views/BarOrLineView", 343);
+    }));
     if (plotter_)
       plotter_->redisplay();
     else

@@ -17,6 +17,13 @@ void zelkon_page_log(const char* line, size_t length);
 // Copies the named resource to `bytes` and answers its whole size, which may exceed `capacity`: nothing is copied then.
 // 0 when there is none.
 size_t zelkon_page_resource(const char* name, size_t nameLength, unsigned char* bytes, size_t capacity);
+// A table of the page stays readable as long as it is held. Its cells are counted row after row.
+void zelkon_page_table_hold(int table);
+void zelkon_page_table_release(int table);
+// Copies the text of a cell to `bytes` and answers its size. An answer above `capacity` is a capacity that suffices:
+// the text may have been copied in part then.
+size_t zelkon_page_table_text(int table, size_t cell, char* bytes, size_t capacity);
+double zelkon_page_table_number(int table, size_t cell);
 // A failure that the page's author should see.
 void zelkon_page_error(const char* text, size_t length);
 }

@@ -8,39 +8,19 @@
 #include "Foundation/NSException.h"
 #include "Hosts/Web/PageImports.h"
 #include "Hosts/Web/PageJSON.h"
+#include "Hosts/Web/PageTable.h"
+#include "Hosts/Web/ThrownPageValue.h"
 
 namespace zelkon {
 namespace {
 
-enum Tag : uint8_t { undefined, null, no, yes, number, string, array, record, opaque, thrown };
+enum Tag : uint8_t { undefined, null, no, yes, number, string, array, record, opaque, thrown, table };
 
-// The properties that a record was read for, in the order of reading. flatten.ts has the same sets.
-using Keys = std::vector<std::string_view>;
-const std::array<Keys, 2> keySets = {
-    Keys{"key", "value"},
-    Keys{"humanX", "mediumHumanX", "shortHumanX", "shortHumanXSubtitle", "humanY", "y"},
-};
+// The properties that a record was read for, in the order of reading, as flatten.ts has them.
+constexpr std::array<std::string_view, 2> keys = {"key", "value"};
 
 bool isDisplayAnnouncement(std::string_view name) {
   return name == "GraphHasDisplayed" || name == "SpendingTrendsHaveDisplayed";
-}
-
-// Stands in a cell for what a getter of the page threw; raises it when the cell is read.
-class ThrownValue : public Object {
- public:
-  explicit ThrownValue(std::string reason) : reason_(std::move(reason)) {}
-  std::string className() const override { return "WebScriptException"; }
-  [[noreturn]] void raise() const { NSRaise(NSUndefinedKeyException, reason_); }
-
- private:
-  std::string reason_;
-};
-
-const Value& checked(const Value& value) {
-  if (value.isObject()) {
-    if (auto thrownValue = value.object<ThrownValue>()) thrownValue->raise();
-  }
-  return value;
 }
 
 // An object of the page of which only what is set on it matters.
@@ -59,14 +39,14 @@ class OpaqueScriptObject : public WebScriptObject {
   int index_;
 };
 
-// One element of an array, holding a value for each key of its set.
+// One element of an array, holding a value for each key.
 class RecordScriptObject : public WebScriptObject {
  public:
-  RecordScriptObject(const Keys& keys, std::vector<Value> cells) : keys_(keys), cells_(std::move(cells)) {}
+  explicit RecordScriptObject(std::array<Value, keys.size()> cells) : cells_(std::move(cells)) {}
   Value webScriptValueAtIndex(size_t) override { return Value::undefined(); }
   Value valueForKey(std::string_view key) override {
     for (size_t i = 0; i < cells_.size(); ++i) {
-      if (keys_[i] == key) return checked(cells_[i]).isUndefined() ? Value() : cells_[i];
+      if (keys[i] == key) return CheckedPageValue(cells_[i]).isUndefined() ? Value() : cells_[i];
     }
     return {};
   }
@@ -74,15 +54,14 @@ class RecordScriptObject : public WebScriptObject {
   Value callWebScriptMethod(std::string_view, const ValueArray&) override { return {}; }
 
  private:
-  const Keys& keys_;
-  std::vector<Value> cells_;
+  std::array<Value, keys.size()> cells_;
 };
 
 class ColumnScriptArray : public WebScriptObject {
  public:
   explicit ColumnScriptArray(std::vector<Value> elements) : elements_(std::move(elements)) {}
   Value webScriptValueAtIndex(size_t index) override {
-    return index < elements_.size() ? checked(elements_[index]) : Value::undefined();
+    return index < elements_.size() ? CheckedPageValue(elements_[index]) : Value::undefined();
   }
   Value valueForKey(std::string_view key) override {
     return key == "length" ? Value(static_cast<double>(elements_.size())) : Value();
@@ -100,6 +79,7 @@ class BlockReader {
     uint32_t counts[4];
     if (size < sizeof counts) malformed();
     std::memcpy(counts, block, sizeof counts);
+    end_ = block + size;
     const uint64_t texts = sizeof counts + 8ull * counts[1] + 4ull * counts[2] + 4ull * counts[3] + counts[0];
     if (texts > size) malformed();
     numbers_ = block + sizeof counts;
@@ -119,11 +99,12 @@ class BlockReader {
       strings_.emplace_back(std::string_view(text + begin, end - begin));
       begin = end;
     }
+    table_ = reinterpret_cast<const uint8_t*>(text) + begin;
   }
 
   bool atEnd() const { return tagsLeft_ == 0; }
 
-  Value read(const Keys* keys = nullptr) {
+  Value read() {
     if (tagsLeft_ == 0) malformed();
     --tagsLeft_;
     switch (static_cast<Tag>(*tags_++)) {
@@ -142,12 +123,13 @@ class BlockReader {
       case array:
         return readArray();
       case record:
-        if (!keys) malformed();
-        return readRecord(*keys);
+        return readRecord();
       case opaque:
         return Value(std::make_shared<OpaqueScriptObject>(objects_++));
       case thrown:
-        return Value(std::make_shared<ThrownValue>(nextString().string()));
+        return Value(std::make_shared<ThrownPageValue>(nextString().string()));
+      case table:
+        return readTable();
     }
     malformed();
   }
@@ -177,21 +159,29 @@ class BlockReader {
     return strings_[which];
   }
   Value readArray() {
-    uint32_t count = nextReference(), set = nextReference();
-    if (count > tagsLeft_ || set >= keySets.size()) malformed();
+    const uint32_t count = nextReference();
+    if (count > tagsLeft_) malformed();
     std::vector<Value> elements;
     elements.reserve(count);
-    for (uint32_t i = 0; i < count; ++i) elements.push_back(read(&keySets[set]));
+    for (uint32_t i = 0; i < count; ++i) elements.push_back(read());
     return Value(std::make_shared<ColumnScriptArray>(std::move(elements)));
   }
-  Value readRecord(const Keys& keys) {
-    std::vector<Value> cells;
-    cells.reserve(keys.size());
-    for (size_t i = 0; i < keys.size(); ++i) cells.push_back(read());
-    return Value(std::make_shared<RecordScriptObject>(keys, std::move(cells)));
+  Value readRecord() {
+    std::array<Value, keys.size()> cells;
+    for (Value& cell : cells) cell = read();
+    return Value(std::make_shared<RecordScriptObject>(std::move(cells)));
   }
 
-  const uint8_t *numbers_, *references_, *tags_;
+  Value readTable() {
+    const uint32_t rows = nextReference(), number = nextReference(), others = nextReference();
+    const auto result = PageTable::read(static_cast<int>(number), rows, table_, static_cast<size_t>(end_ - table_));
+    if (!result) malformed();
+    for (const size_t cell : result->objectCells()) result->setObject(cell, read());
+    Value last = others ? read() : Value::undefined();
+    return Value(std::make_shared<TableScriptArray>(result, std::move(last)));
+  }
+
+  const uint8_t *numbers_, *references_, *tags_, *table_, *end_;
   size_t tagsLeft_, numbersLeft_, referencesLeft_;
   std::vector<Value> strings_;
   int objects_ = 0;

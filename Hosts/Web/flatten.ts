@@ -1,5 +1,6 @@
 // Writes the arguments of a page's call down as one block before the module is entered, reading every property once
 // and in the order in which the charts ask for it. PageScript.h describes the block.
+import { Columns } from './columns';
 
 const enum Tag {
   undefined,
@@ -12,13 +13,11 @@ const enum Tag {
   record,
   opaque,
   thrown,
+  table,
 }
 
-// The properties that each kind of record is read for; PageScript.cpp has the same sets.
-const keySets = [
-  ['key', 'value'],
-  ['humanX', 'mediumHumanX', 'shortHumanX', 'shortHumanXSubtitle', 'humanY', 'y'],
-];
+// The properties that a record is read for; PageScript.cpp has the same.
+const keys = ['key', 'value'];
 
 // An array that never ends is given up here.
 const mostElements = 1 << 20;
@@ -27,6 +26,8 @@ export interface FlatArguments {
   block: Uint8Array;
   // The page's objects that are handed over without being read, by the number under which the module knows them.
   objects: object[];
+  // What stays with the page until the module asks for it.
+  table?: Columns;
 }
 
 type Indexed = Record<PropertyKey, unknown>;
@@ -37,6 +38,8 @@ class Block {
   private readonly references: number[] = [];
   private readonly strings = new Map<string, number>();
   readonly objects: object[] = [];
+  private table?: Columns;
+  private tableBytes = new Uint8Array();
 
   value(value: unknown): void {
     switch (typeof value) {
@@ -67,14 +70,14 @@ class Block {
   }
 
   // Everything up to the first undefined element, or also up to the first null.
-  array(value: unknown, keySet: number, endsAtNull: boolean): void {
+  array(value: unknown, endsAtNull: boolean): void {
     if ((typeof value !== 'object' && typeof value !== 'function') || value === null) {
       this.value(value);
       return;
     }
     const elements = value as Indexed;
     this.tags.push(Tag.array);
-    const countAt = this.references.push(0, keySet) - 2;
+    const countAt = this.references.push(0) - 1;
     for (let index = 0; ; ++index) {
       let element: unknown;
       try {
@@ -92,36 +95,56 @@ class Block {
       } else if (element === null) {
         this.value(element);
         if (endsAtNull) return;
-      } else if (!this.record(element as Indexed, keySets[keySet])) {
+      } else if (!this.record(element as Indexed)) {
         return;
       }
     }
   }
 
-  finish(): Uint8Array {
+  // The entries of amounts over time.
+  entries(value: unknown): void {
+    if ((typeof value !== 'object' && typeof value !== 'function') || value === null) {
+      this.value(value);
+      return;
+    }
+    const table = (this.table = new Columns(value as Indexed, mostElements));
+    const { last } = table;
+    this.tags.push(Tag.table);
+    this.references.push(table.rowCount, table.number, last ? 1 : 0);
+    this.tableBytes = new Uint8Array(table.byteLength());
+    table.write(this.tableBytes);
+    for (const object of table.objects) this.value(object);
+    if (!last) return;
+    if ('thrown' in last) this.thrown(last.thrown);
+    else this.value(last.value);
+  }
+
+  finish(): FlatArguments {
     const texts = [...this.strings.keys()].map((text) => encoder.encode(text));
     const head = 16 + 8 * this.numbers.length;
     const ends = head + 4 * this.references.length;
     const tags = ends + 4 * texts.length;
     let end = tags + this.tags.length;
-    const block = new Uint8Array(texts.reduce((size, text) => size + text.length, end));
+    const textsAt = end;
+    const table = texts.reduce((size, text) => size + text.length, end);
+    const block = new Uint8Array(table + (this.table?.byteLength() ?? 0));
     const buffer = block.buffer;
     new Uint32Array(buffer, 0, 4).set([this.tags.length, this.numbers.length, this.references.length, texts.length]);
     new Float64Array(buffer, 16, this.numbers.length).set(this.numbers);
     new Uint32Array(buffer, head, this.references.length).set(this.references);
     block.set(this.tags, tags);
-    const textsAt = end;
     const endOfText = new Uint32Array(buffer, ends, texts.length);
     texts.forEach((text, index) => {
       block.set(text, end);
       end += text.length;
       endOfText[index] = end - textsAt;
     });
-    return block;
+    if (this.table) block.set(this.tableBytes, table);
+    return { block, objects: this.objects, table: this.table };
   }
 
   // False when a property could not be read: nothing is read after it.
-  private record(element: Indexed, keys: string[]): boolean {
+  private record(element: Indexed): boolean {
     this.tags.push(Tag.record);
     let failed = false;
     for (const key of keys) {
@@ -161,18 +184,19 @@ const encoder = new TextEncoder();
 
 export function flattenOptions(options: unknown): FlatArguments {
   const block = new Block();
-  block.array(options, 0, false);
-  return { block: block.finish(), objects: block.objects };
+  block.array(options, false);
+  return block.finish();
 }
 
 export function flattenData(plot: string | null, data: unknown): FlatArguments {
   const block = new Block();
-  block.array(data, plot === 'pie' ? 0 : 1, true);
-  return { block: block.finish(), objects: block.objects };
+  if (plot === 'pie') block.array(data, true);
+  else block.entries(data);
+  return block.finish();
 }
 
 export function flattenValues(values: unknown[]): FlatArguments {
   const block = new Block();
   for (const value of values) block.value(value);
-  return { block: block.finish(), objects: block.objects };
+  return block.finish();
 }

@@ -9,6 +9,18 @@ mergeInto(LibraryManager.library, {
   zelkon_page_announce: function (plot, entry, length) {
     Module['host'].announce(plot, entry, length);
   },
+  zelkon_page_table_hold: function (table) {
+    Module['host'].tableHold(table);
+  },
+  zelkon_page_table_release: function (table) {
+    Module['host'].tableRelease(table);
+  },
+  zelkon_page_table_text: function (table, cell, bytes, capacity) {
+    return Module['host'].tableText(table, cell, bytes, capacity);
+  },
+  zelkon_page_table_number: function (table, cell) {
+    return Module['host'].tableNumber(table, cell);
+  },
   zelkon_page_log: function (line, length) {
     Module['host'].log(line, length);
   },

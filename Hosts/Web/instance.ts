@@ -6,6 +6,7 @@ import { LocaleRuntime } from '../../Backends/Canvas/locale';
 import shadowCenter from '../../Resources/shadow_center.png';
 import shadowLeft from '../../Resources/shadow_left.png';
 import shadowRight from '../../Resources/shadow_right.png';
+import type { Columns } from './columns';
 import type { FlatArguments } from './flatten';
 
 export interface InstanceListener {
@@ -39,6 +40,8 @@ export class Instance {
   private module!: ZelkonModule;
   private lastPlot = 0;
   private failed = false;
+  // Tables that a call hands over or a chart holds, by number.
+  private readonly tables = new Map<number, { table: Columns; holders: number }>();
   // What the call that is running sets on the page's objects, to be done when it has returned.
   private assignments: { object: number; key: string; value: unknown }[] = [];
 
@@ -118,15 +121,17 @@ export class Instance {
 
   // Carries a page's call out and then sets on the page's objects what the chart has set; setters of the page may throw.
   // False when the instance has failed.
-  call(id: number, name: string, { block, objects }: FlatArguments): boolean {
+  call(id: number, name: string, { block, objects, table }: FlatArguments): boolean {
     const outer = this.assignments;
     const assignments: typeof outer = (this.assignments = []);
+    if (table) this.tables.set(table.number, { table, holders: (this.tables.get(table.number)?.holders ?? 0) + 1 });
     this.enter((module) =>
       this.withBytes(encoder.encode(name), (nameAt, nameLength) =>
         this.withBytes(block, (at, length) => module._zelkon_call(id, nameAt, nameLength, at, length)),
       ),
     );
     this.assignments = outer;
+    if (table) this.releaseTable(table.number);
     for (const { object, key, value } of assignments) (objects[object] as Record<string, unknown>)[key] = value;
     return !this.failed;
   }
@@ -168,6 +173,10 @@ export class Instance {
     }
   }
 
+  private releaseTable(number: number): void {
+    if (--this.tables.get(number)!.holders === 0) this.tables.delete(number);
+  }
+
   private enter<T>(use: (module: ZelkonModule) => T): T | undefined {
     if (this.failed) return undefined;
     try {
@@ -195,6 +204,17 @@ export class Instance {
         const [label, amount, share] = JSON.parse(this.text(entry, length));
         this.listener.announce(plot, label, amount, share);
       },
+      tableHold: (number: number) => {
+        ++this.tables.get(number)!.holders;
+      },
+      tableRelease: (number: number) => this.releaseTable(number),
+      tableText: (number: number, cell: number, at: number, capacity: number) => {
+        const text = this.tables.get(number)!.table.value(cell) as string;
+        const { read, written } = encoder.encodeInto(text, this.bytes(at, capacity));
+        // A unit takes three bytes at most.
+        return read === text.length ? written : 3 * text.length;
+      },
+      tableNumber: (number: number, cell: number) => this.tables.get(number)!.table.value(cell) as number,
       log: (line: number, length: number) => console.warn(this.text(line, length)),
       error: (text: number, length: number) => console.error(`zelkon-plot: ${this.text(text, length)}`),
       resource: (name: number, nameLength: number, at: number, capacity: number) => {

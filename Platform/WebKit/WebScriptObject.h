@@ -3,8 +3,10 @@
 
 #include <memory>
 #include <string_view>
+#include <vector>
 
 #include "Foundation/Value.h"
+#include "WebKit/WebScriptTable.h"
 
 namespace zelkon {
 
@@ -19,6 +21,8 @@ class WebScriptObject : public Object {
   // Calls a function of the object. Unknown functions are not called; script exceptions go to the page's console. The
   // result is null unless the function gave one.
   virtual Value callWebScriptMethod(std::string_view name, const ValueArray& arguments) = 0;
+  // An array's elements as a table of those properties; null when it is to be read element by element.
+  virtual std::shared_ptr<const WebScriptTable> webScriptTable(const std::vector<std::string_view>&) { return nullptr; }
 };
 using WebScriptObjectRef = std::shared_ptr<WebScriptObject>;
 
