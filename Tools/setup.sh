@@ -5,7 +5,7 @@ set -euo pipefail
 
 jobs=$(nproc 2>/dev/null || echo 2)
 
-# Runs a command as a named stage, showing its output only when it fails. The whole output stays in build/log.
+# Runs a command as a named stage, showing the end of its output only when it fails. The whole output stays in build/log.
 stage() {
   local name=$1 started=$SECONDS log status=0
   shift
@@ -16,7 +16,7 @@ stage() {
     printf '%-36s %4d s\n' "$name" $((SECONDS - started))
   else
     printf '%-36s %4d s  FAILED (%s)\n' "$name" $((SECONDS - started)) "$log"
-    tail -n 60 "$log" >&2
+    tail -n "${shown:-60}" "$log" >&2
   fi
   return "$status"
 }

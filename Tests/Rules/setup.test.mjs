@@ -5,7 +5,7 @@ import { request } from 'node:http';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { test } from 'node:test';
-import { countsOfJUnit } from '../../Tools/junitcounts.mjs';
+import { countsOfJUnit, failuresOfJUnit } from '../../Tools/junitcounts.mjs';
 import { contentSecurityPolicy, fileForPath, serve } from '../../Tools/serve.mjs';
 import { countsOfTap } from '../../Tools/tapcounts.mjs';
 import { root } from './sources.mjs';
@@ -40,11 +40,12 @@ test('a failing test of either runner is counted as such', (context) => {
 
   writeFileSync(
     join(folder, 'CTestTestfile.cmake'),
-    'add_test(good "true")\nadd_test(bad "false")\nadd_test(off "true")\nset_tests_properties(off PROPERTIES DISABLED TRUE)\n',
+    'add_test(good "true")\nadd_test(bad "sh" "-c" "echo \\"<broken> & done\\"; exit 1")\nadd_test(off "true")\nset_tests_properties(off PROPERTIES DISABLED TRUE)\n',
   );
   const report = join(folder, 'report.xml');
   assert.notEqual(spawnSync('ctest', ['--test-dir', folder, '--output-junit', report]).status, 0);
   assert.deepEqual(countsOfJUnit(readFileSync(report, 'utf8')), [1, 1, 1]);
+  assert.deepEqual(failuresOfJUnit(readFileSync(report, 'utf8')), [{ name: 'bad', output: '<broken> & done' }]);
 });
 
 test('the two commands refuse what they do not know and explain themselves', () => {
