@@ -101,7 +101,7 @@ Value PlugInHost::call(const std::string& name, const ValueArray& arguments) {
   const std::shared_ptr<CALayerPlotView> view = view_;
   const std::optional<Value> result = WebScriptInvoke(*view->objectForWebScript(), name, passed);
   if (written) return written->changedProperties();
-  return result.value_or(Value());
+  return result ? *result : Value();
 }
 
 CGPoint PlugInHost::windowPoint(CGPoint at) const {
