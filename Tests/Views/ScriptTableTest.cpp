@@ -91,10 +91,13 @@ Outcome read(const std::shared_ptr<MemoryScriptObject>& array) {
   return outcome;
 }
 
+// Reasons name the object by where it lies in memory, which is another place for each reading.
+std::string withoutAddress(const std::string& reason) { return reason.substr(0, reason.find("0x")); }
+
 void expectSame(const ValueArray& elements) {
   const Outcome one = read(std::make_shared<MemoryScriptObject>(Value(elements)));
   const Outcome table = read(std::make_shared<TableArray>(elements));
-  EXPECT_EQ(one.failure, table.failure);
+  EXPECT_EQ(withoutAddress(one.failure), withoutAddress(table.failure));
   ASSERT_EQ(one.entries.size(), table.entries.size());
   for (size_t i = 0; i < one.entries.size(); ++i) EXPECT_TRUE(one.entries[i] == table.entries[i]) << i;
 }
