@@ -97,6 +97,14 @@ TEST(IcuLocaleServices, MonthsAreKnownByShortAndLongNamesInAnyCase) {
   const IcuLocaleServices french("fr_FR");
   EXPECT_EQ(french.monthNamed("janv."), 1);
   EXPECT_EQ(french.monthNamed("ao\xc3\xbbt"), 8);
+  EXPECT_EQ(german.monthNamed("Okt"), 10);
+  EXPECT_EQ(french.monthNamed("f\xc3\xa9vr."), 2);
+  EXPECT_EQ(french.monthNamed("mars"), 3);
+  EXPECT_EQ(french.monthNamed("juil."), 7);
+  EXPECT_EQ(french.monthNamed("d\xc3\xa9"
+                              "c."),
+            12);
+  EXPECT_EQ(IcuLocaleServices("en_GB").monthNamed("Sept"), 9);
   EXPECT_EQ(IcuLocaleServices("ja_JP").monthNamed("1\xe6\x9c\x88"), 1);
 }
 
@@ -109,6 +117,8 @@ TEST(IcuLocaleServices, OnlyAWholeTextIsAMonth) {
 TEST(IcuLocaleServices, TheCalendarSaysHowManyMonthsAYearHas) {
   EXPECT_EQ(IcuLocaleServices("en_US").monthsPerYear(), 12);
   EXPECT_EQ(IcuLocaleServices("ja_JP@calendar=japanese").monthsPerYear(), 12);
+  EXPECT_EQ(IcuLocaleServices("th_TH@calendar=buddhist").monthsPerYear(), 12);
+  EXPECT_EQ(IcuLocaleServices("ar_SA@calendar=islamic").monthsPerYear(), 12);
   EXPECT_EQ(IcuLocaleServices("he_IL@calendar=hebrew").monthsPerYear(), 13);
   EXPECT_EQ(IcuLocaleServices("ar_EG@calendar=coptic").monthsPerYear(), 13);
 }

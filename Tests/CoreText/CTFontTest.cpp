@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "CoreText/CTFont.h"
+#include "CoreText/NSAttributedString.h"
 #include "Tests/CoreText/FixedAdvanceDevice.h"
 
 namespace zelkon {
@@ -17,6 +18,33 @@ TEST(CTFont, MetricsAreUnroundedAndTheDescenderIsNegative) {
   EXPECT_NEAR(NSFontWithName("Helvetica", 12)->ascender(), 9.240, 0.0005);
   EXPECT_NEAR(NSFontWithName("Helvetica", 12)->descender(), -2.760, 0.0005);
 }
+
+struct FontMetrics {
+  const char* name;
+  double size, ascent, descent, lineHeight;
+};
+
+class CTFontMetrics : public testing::TestWithParam<FontMetrics> {};
+
+TEST_P(CTFontMetrics, AreThoseOfTheNamedFace) {
+  const FontMetrics& row = GetParam();
+  const NSFont font = *NSFontWithName(row.name, row.size);
+  EXPECT_NEAR(font.ascender(), row.ascent, 0.0005);
+  EXPECT_NEAR(font.descender(), -row.descent, 0.0005);
+  EXPECT_EQ(font.leading(), 0);
+  EXPECT_EQ(NSAttributedString("x", {font, nullptr, {}}).size().height, row.lineHeight);
+}
+
+INSTANTIATE_TEST_SUITE_P(Sizes, CTFontMetrics,
+                         testing::Values(FontMetrics{"Lucida Grande", 9, 8.701, 1.898, 11},
+                                         FontMetrics{"Lucida Grande", 11, 10.635, 2.320, 13},
+                                         FontMetrics{"Lucida Grande", 12, 11.602, 2.531, 15},
+                                         FontMetrics{"LucidaGrande-Bold", 9, 8.701, 1.898, 11},
+                                         FontMetrics{"LucidaGrande-Bold", 11, 10.635, 2.320, 13},
+                                         FontMetrics{"LucidaGrande-Bold", 12, 11.602, 2.531, 15},
+                                         FontMetrics{"Helvetica", 9, 6.930, 2.070, 9},
+                                         FontMetrics{"Helvetica", 11, 8.470, 2.530, 11},
+                                         FontMetrics{"Helvetica", 12, 9.240, 2.760, 12}));
 
 TEST(CTFont, TheDefaultIsHelvetica12) {
   EXPECT_EQ(CTFont().face()->family, "Helvetica");

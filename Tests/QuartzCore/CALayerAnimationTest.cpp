@@ -48,6 +48,41 @@ TEST_F(CALayerAnimation, BarGrowsDownward) {
   EXPECT_NEAR(half.bounds.origin.y, 35, 1e-9);
   EXPECT_NEAR(CALayerFrame(half).origin.y, 35, 1e-9);
   EXPECT_NEAR(CALayerFrame(half).size.height, 15, 1e-9);
+  for (const double time : {0.0, 0.01, 0.015, 0.02, 0.03}) {
+    const CALayerProperties p = shown(bar, time);
+    EXPECT_NEAR(CGRectGetMaxY(CALayerFrame(p)), 50, 1e-9) << time;
+    const CGAffineTransform place = CALayerToSuperlayerTransform(p);
+    EXPECT_NEAR(place.tx, 0, 1e-9) << time;
+    EXPECT_NEAR(place.ty, 0, 1e-9) << time;
+  }
+}
+
+TEST_F(CALayerAnimation, AWipeUncoversABodyThatStandsStill) {
+  const CGRect plot = CGRectMake(85, 61, 400, 200);
+  const CALayerRef clip = CALayer::layer(), body = CALayer::layer();
+  clip->setAnchorPoint({0, 0.5});
+  clip->setFrame(CGRectMake(85, 61, 0, 200));
+  EXPECT_EQ(clip->position(), (CGPoint{85, 161}));
+  EXPECT_EQ(clip->bounds(), CGRectMake(0, 0, 0, 200));
+  body->setFrame(plot);
+  clip->addSublayer(body);
+  const auto bodyCorner = [&](const CALayerProperties& p) {
+    return CGPointApplyAffineTransform(body->frame().origin, CALayerToSuperlayerTransform(p));
+  };
+  EXPECT_EQ(bodyCorner(clip->model()), (CGPoint{85 + 85, 61 + 61})) << "before the clip has the plot's origin";
+  clip->setBounds(plot);
+  EXPECT_EQ(clip->frame(), plot);
+  CABasicAnimation wipe = CABasicAnimation::animationWithKeyPath("bounds");
+  wipe.fromValue = CGRectMake(85, 61, 0, 200);
+  wipe.toValue = plot;
+  wipe.duration = 1;
+  clip->addAnimation(wipe, "bounds");
+  root->addSublayer(clip);
+  turnAt(0);
+  for (const double time : {0.0, 0.25, 0.5, 1.0}) EXPECT_EQ(bodyCorner(shown(clip, time)), (CGPoint{85, 61})) << time;
+  const CGRect quarter = CALayerFrame(shown(clip, 0.25));
+  EXPECT_NEAR(CGRectGetMinX(quarter), 85, 1e-9);
+  EXPECT_NEAR(CGRectGetMaxX(quarter), 185, 1e-9);
 }
 
 TEST_F(CALayerAnimation, FromOnlyRunsToTheModelAndToOnlyFromIt) {
@@ -67,6 +102,22 @@ TEST_F(CALayerAnimation, FromOnlyRunsToTheModelAndToOnlyFromIt) {
   turnAt(0);
   EXPECT_NEAR(shown(layer, 0.5).opacity, 0.4, 1e-12);
   EXPECT_NEAR(shown(layer, 1).opacity, 0.8, 1e-12);
+}
+
+TEST_F(CALayerAnimation, WithoutEndsItRunsFromWhatWasShownToTheModel) {
+  const CALayerRef layer = addCommittedLayer();
+  {
+    CATransactionWithoutActions off;
+    layer->setOpacity(0.8);
+    CABasicAnimation neither = CABasicAnimation::animationWithKeyPath("opacity");
+    neither.duration = 1;
+    layer->addAnimation(neither, "a");
+    layer->setOpacity(0.2);
+  }
+  turnAt(0);
+  EXPECT_NEAR(shown(layer, 0).opacity, 0.8, 1e-12);
+  EXPECT_NEAR(shown(layer, 0.5).opacity, 0.5, 1e-12);
+  EXPECT_NEAR(shown(layer, 1).opacity, 0.2, 1e-12);
 }
 
 TEST_F(CALayerAnimation, FillModesHoldTheEnds) {

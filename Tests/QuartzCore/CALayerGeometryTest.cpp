@@ -181,6 +181,22 @@ TEST(CALayerAutoresizing, SharesTheGrowth) {
 
 TEST(CALayerAutoresizing, GrowsFromNothing) {
   expectRect(resized(18, CGRectMake(10, 10, 0, 0), {100, 100}, {200, 150}), CGRectMake(10, 10, 100, 50));
+  // Parts that have nothing to share by take equal shares.
+  expectRect(resized(minX | width, CGRectMake(0, 10, 0, 30), {100, 100}, {200, 150}), CGRectMake(50, 10, 50, 30));
+  expectRect(resized(minX | width | maxX, CGRectMake(0, 0, 0, 30), {0, 100}, {90, 100}), CGRectMake(30, 0, 30, 30));
+}
+
+TEST(CALayerAutoresizing, LeavesTheTransformAlone) {
+  const CALayerRef outer = layerWith(CGRectMake(0, 0, 100, 100), {});
+  const CALayerRef inner = layerWith(CGRectMake(0, 0, 30, 30), {25, 25});
+  const CATransform3D doubled = CATransform3DScale(CATransform3DIdentity, 2, 2, 1);
+  inner->setTransform(doubled);
+  inner->setAutoresizingMask(width);
+  outer->addSublayer(inner);
+  outer->setBounds(CGRectMake(0, 0, 200, 100));
+  EXPECT_EQ(inner->bounds(), CGRectMake(0, 0, 130, 30));
+  EXPECT_EQ(inner->position(), (CGPoint{75, 25}));
+  EXPECT_EQ(inner->transform(), doubled);
 }
 
 TEST(CALayerAutoresizing, ChartLayersFollowTheirView) {
@@ -196,6 +212,23 @@ TEST(CALayerAutoresizing, OnlyTheSizeCounts) {
   outer->addSublayer(inner);
   outer->setBounds(CGRectMake(50, 50, 100, 100));
   EXPECT_EQ(inner->frame(), CGRectMake(10, 10, 30, 30));
+}
+
+class CALayerAutoresizingLive : public LayerFixture {};
+
+TEST_F(CALayerAutoresizingLive, AnimatesLikeAnyOtherChange) {
+  const CALayerRef outer = addLayer(CGRectMake(0, 0, 100, 100)), inner = CALayer::layer();
+  inner->setFrame(CGRectMake(10, 10, 30, 30));
+  inner->setAutoresizingMask(width);
+  outer->addSublayer(inner);
+  CATransaction::flush();
+  {
+    CATransactionWithoutActions off;
+    outer->setBounds(CGRectMake(0, 0, 150, 100));
+  }
+  EXPECT_TRUE(inner->animationKeys().empty());
+  outer->setBounds(CGRectMake(0, 0, 200, 100));
+  EXPECT_EQ(inner->animationKeys(), (Lines{"bounds", "position"}));
 }
 
 TEST(CALayerAutoresizing, ReachesTheDepths) {

@@ -85,6 +85,28 @@ TEST_F(CALayerImplicitAnimation, FrameAnimatesAsBoundsAndPosition) {
   EXPECT_EQ(layer->animationKeys(), (Lines{"bounds", "position"}));
 }
 
+TEST_F(CALayerImplicitAnimation, EveryAnimatablePropertyHasADefaultAction) {
+  const CALayerRef layer = addCommittedLayer();
+  for (const char* key : {"anchorPoint", "backgroundColor", "borderColor", "borderWidth", "bounds", "contents",
+                          "cornerRadius", "hidden", "opacity", "position", "shadowColor", "shadowOffset",
+                          "shadowOpacity", "shadowRadius", "transform", "zPosition"})
+    EXPECT_TRUE(layer->actionForKey(key)) << key;
+  layer->setAnchorPoint({0, 0});
+  layer->setZPosition(1);
+  layer->setCornerRadius(5);
+  layer->setBorderWidth(2);
+  layer->setBorderColor(kCGColorWhite());
+  layer->setBackgroundColor(kCGColorWhite());
+  layer->setShadowOpacity(1);
+  layer->setShadowOffset({1, 1});
+  layer->setShadowRadius(1);
+  layer->setShadowColor(kCGColorWhite());
+  layer->setTransform(CATransform3DScale(CATransform3DIdentity, 2, 2, 1));
+  EXPECT_EQ(layer->animationKeys(),
+            (Lines{"anchorPoint", "zPosition", "cornerRadius", "borderWidth", "borderColor", "backgroundColor",
+                   "shadowOpacity", "shadowOffset", "shadowRadius", "shadowColor", "transform"}));
+}
+
 TEST_F(CALayerImplicitAnimation, OtherKeysDoNotAnimate) {
   const CALayerRef layer = addCommittedLayer();
   layer->setName("slice");

@@ -23,6 +23,16 @@ TEST(CATransform3D, TheNewOperationComesFirst) {
   EXPECT_NEAR(y.y, 0, 1e-15);
 }
 
+TEST(CATransform3D, ConcatenationAppliesTheFirstFirst) {
+  const CATransform3D scale = CATransform3DScale(CATransform3DIdentity, 2, 3, 1);
+  const CATransform3D move = CATransform3DTranslate(CATransform3DIdentity, 10, 20, 0);
+  const auto place = [](const CATransform3D& t) {
+    return CGPointApplyAffineTransform({1, 1}, CATransform3DGetAffineTransform(t));
+  };
+  EXPECT_EQ(place(CATransform3DConcat(scale, move)), (CGPoint{12, 23}));
+  EXPECT_EQ(place(CATransform3DConcat(move, scale)), (CGPoint{22, 63}));
+}
+
 TEST(CATransform3D, StartStateOfThePie) {
   const CATransform3D t = CATransform3DRotate(CATransform3DScale(CATransform3DIdentity, 0.1, 0.1, 1), pi, 0, 0, 1);
   EXPECT_NEAR(t.m11, -0.1, 1e-15);
