@@ -28,6 +28,16 @@ bool isDrawable(cairo_t* cr, double size) {
   return em > 1e-3 && em < 1e6;
 }
 
+// Moves the origin of user space onto a row of pixels where text runs along the rows: off them it would look soft, and
+// browsers place theirs so too.
+void moveOriginToPixelRow(cairo_t* cr) {
+  cairo_matrix_t matrix;
+  cairo_get_matrix(cr, &matrix);
+  if (matrix.yx != 0) return;
+  matrix.y0 = std::floor(matrix.y0 + 0.5);
+  cairo_set_matrix(cr, &matrix);
+}
+
 bool isInstalled(PangoContext* context, const char* family) {
   PangoFontFamily** families = nullptr;
   int count = 0;
@@ -118,6 +128,7 @@ void CairoText::draw(cairo_t* cr, const CGTextRun& run, bool asOutlines) {
   cairo_save(cr);
   cairo_new_path(cr);
   cairo_translate(cr, run.origin.x, run.origin.y);
+  if (asOutlines) moveOriginToPixelRow(cr);
   cairo_scale(cr, substituteFor(*run.face).widthFactor * scale, -scale);
   cairo_move_to(cr, 0, 0);
   PangoLayoutLine* line = pango_layout_get_line_readonly(layout, 0);

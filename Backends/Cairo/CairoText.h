@@ -33,7 +33,8 @@ class CairoText {
   // Sum of advances at 1 point per em.
   double advanceOf(const FontFace& face, std::string_view text);
   // The run in the source and operator set, baseline origin in the user space of `cr`, y up. `asOutlines` fills the
-  // glyphs' outlines at their exact places; otherwise glyphs are shown as text, which documents keep as text.
+  // glyphs' outlines at their exact places along the line, with the baseline of upright text on the nearest row of
+  // pixels; otherwise glyphs are shown as text, which documents keep as text.
   void draw(cairo_t* cr, const CGTextRun& run, bool asOutlines);
   // Whether the text as a whole reads from right to left.
   bool readsFromRight(const FontFace& face, std::string_view text);

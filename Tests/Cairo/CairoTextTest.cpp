@@ -60,6 +60,25 @@ TEST_F(CairoTextRuns, TextThatIsNotUTF8IsReplacedNotRefused) {
             2 * advance(FontFaceHelvetica(), "a"));
 }
 
+TEST_F(CairoTextRuns, BaselinesOfUprightTextStandOnRowsOfPixels) {
+  const auto drawnAt = [&](CGPoint origin, double scale, double angle) {
+    start(60, 40, scale);
+    context->concatCTM({std::cos(angle), std::sin(angle), -std::sin(angle), std::cos(angle), 0, 0});
+    context->showTextRun({FontFaceLucidaGrandeBold(), 11, "Hxz", origin});
+    context->flush();
+    return device.readPixels(*surface);
+  };
+  // The nearest row, which lies half a point on at scale 2; a tie goes to the lower one.
+  EXPECT_EQ(drawnAt({5, 10.365}, 1, 0), drawnAt({5, 10}, 1, 0));
+  EXPECT_EQ(drawnAt({5, 10.5}, 1, 0), drawnAt({5, 10}, 1, 0));
+  EXPECT_EQ(drawnAt({5, 9.6}, 1, 0), drawnAt({5, 10}, 1, 0));
+  EXPECT_EQ(drawnAt({5, 10.365}, 2, 0), drawnAt({5, 10.5}, 2, 0));
+  EXPECT_NE(drawnAt({5, 10.5}, 2, 0), drawnAt({5, 10}, 2, 0));
+  // Places along the line and those of turned text are kept.
+  EXPECT_NE(drawnAt({5.365, 10}, 1, 0), drawnAt({5, 10}, 1, 0));
+  EXPECT_NE(drawnAt({5, 10.365}, 1, 0.3), drawnAt({5, 10}, 1, 0.3));
+}
+
 TEST_F(CairoTextRuns, InkStartsAtTheOriginAndEndsWithTheAdvance) {
   start(200, 40);
   context->showTextRun({FontFaceLucidaGrande(), 20, "HHHHH", CGPointMake(30, 10)});
