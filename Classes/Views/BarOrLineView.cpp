@@ -1,6 +1,7 @@
 // Data, plotter, display and printing; the tooltip has a file of its own.
 #include "Classes/Views/BarOrLineView.h"
 
+#include "AppKit/NSScrollView.h"
 #include "Classes/Plotting/LinePlot.h"
 #include "Classes/Views/ScriptEntries.h"
 #include "Foundation/NSAssertionHandler.h"

@@ -1,3 +1,4 @@
+#include "AppKit/NSScrollView.h"
 #include "Classes/Views/NonretainedLayer.h"
 #include "Classes/Views/PiePlotView.h"
 #include "Foundation/NSNotificationCenter.h"

@@ -11,7 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "AppKit/NSView.h"
+#include "AppKit/NSScrollView.h"
+#include "AppKit/NSWindow.h"
 #include "Classes/Views/CALayerPlotView.h"
 #include "Hosts/Headless/Transcript.h"
 #include "QuartzCore/CACompositor.h"

@@ -9,7 +9,8 @@
 #include <optional>
 #include <string>
 
-#include "AppKit/NSView.h"
+#include "AppKit/NSScrollView.h"
+#include "AppKit/NSWindow.h"
 #include "Backends/Canvas/CanvasDevice.h"
 #include "Classes/Views/CALayerPlotView.h"
 #include "Hosts/Web/KeyStops.h"

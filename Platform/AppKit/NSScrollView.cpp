@@ -1,4 +1,4 @@
-#include "AppKit/NSView.h"
+#include "AppKit/NSScrollView.h"
 
 namespace zelkon {
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "AppKit/NSScrollView.h"
+#include "AppKit/NSWindow.h"
 #include "Foundation/NSException.h"
 #include "Foundation/NSNotificationCenter.h"
 #include "QuartzCore/CATransaction.h"

@@ -1,7 +1,7 @@
+#include "AppKit/NSWindow.h"
+
 #include <algorithm>
 #include <utility>
-
-#include "AppKit/NSView.h"
 
 namespace zelkon {
 

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "AppKit/NSView.h"
+#include "AppKit/NSScrollView.h"
+#include "AppKit/NSWindow.h"
 #include "Foundation/NSException.h"
 #include "Foundation/NSNotificationCenter.h"
 #include "QuartzCore/CATransaction.h"

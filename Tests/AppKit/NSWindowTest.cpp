@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "AppKit/NSView.h"
+#include "AppKit/NSWindow.h"
 
 namespace zelkon {
 namespace {

@@ -9,7 +9,8 @@
 #include <vector>
 
 #include "AppKit/NSBundle.h"
-#include "AppKit/NSView.h"
+#include "AppKit/NSScrollView.h"
+#include "AppKit/NSWindow.h"
 #include "Classes/Views/PlotView.h"
 #include "Foundation/NSLog.h"
 #include "Foundation/NSRunLoop.h"
