@@ -13,7 +13,14 @@ constexpr const char* kTextLayerKey = "com.zelkon.textLayer";
 constexpr double kAnchorLift = 5;
 constexpr double kDarkGray = 1.0 / 3;
 
-const std::string& headerOf(const PlotEntry& entry) { return entry.mediumHumanX ? *entry.mediumHumanX : *entry.humanX; }
+const std::string& textOrNothing(const PlotEntry::Text& text) {
+  static const std::string nothing;
+  return text ? *text : nothing;
+}
+
+const std::string& headerOf(const PlotEntry& entry) {
+  return textOrNothing(entry.mediumHumanX ? entry.mediumHumanX : entry.humanX);
+}
 
 bool isShown(const PlotEntryRef& shown, const PlotEntryRef& entry) {
   return shown == entry || (shown && entry && *shown == *entry);
@@ -49,7 +56,7 @@ void BarOrLineView::_hoverEntry(const PlotEntryRef& entry, CGPoint anchor) {
   if (!currentHoverLayer_) currentHoverLayer_ = _createHoverLayerWithText("", "");
   currentHoverLayer_->setHidden(true);
   currentHoverLayer_->removeFromSuperlayer();
-  currentHoverLayer_ = _createHoverLayerWithText(*entry->humanY, headerOf(*entry));
+  currentHoverLayer_ = _createHoverLayerWithText(textOrNothing(entry->humanY), headerOf(*entry));
   _setPosition(anchor, currentHoverLayer_);
   if (!layer()) return;
   layer()->addSublayer(currentHoverLayer_);
@@ -69,7 +76,7 @@ void BarOrLineView::_moveAndResizeLayerForEntry(const PlotEntryRef& entry, CGPoi
     currentHoverLayer_->setHidden(false);
   }
   const auto text = std::dynamic_pointer_cast<CATextLayer>(currentHoverLayer_->sublayersInPlace().back());
-  text->setString(_createAttributedStringForValue(*entry->humanY, headerOf(*entry)));
+  text->setString(_createAttributedStringForValue(textOrNothing(entry->humanY), headerOf(*entry)));
   fitBubbleToText(currentHoverLayer_, text);
   _setPosition(anchor, currentHoverLayer_);
   if (layer()) layer()->setNeedsLayout();

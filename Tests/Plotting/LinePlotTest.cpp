@@ -1,4 +1,4 @@
-// The line: thinning, spacing, layers with their reveal, drawing, and the category axis.
+// The line: thinning, spacing, layers with their reveal, and drawing.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -11,8 +11,6 @@ namespace zelkon {
 namespace {
 
 using Host = PlotterHost<LinePlot>;
-
-constexpr const char* kTooLong = "AAAAAAAAAAAAAAAAAAAAAAAAAAAAAA";  // 180 points even at 10
 
 // The plot begins 33 points from the left and is 57 narrower than the layer, begins 41 from the bottom and is 96 lower.
 ValueDictionary withoutValueLabels() { return {{"DisplayYLabels", false}}; }
@@ -83,6 +81,15 @@ TEST(LineThinning, APlotOfNegativeWidthKeepsNothing) {
   Host host(20, 296, withoutValueLabels());
   EXPECT_NO_THROW(host.plot->setPlotData(daysOf(5)));
   EXPECT_EQ(host.plot->plotData()->count(), 0u);
+}
+
+TEST(LineThinning, TheValueAxisIsThatOfAllEntries) {
+  Host host(257.4, 296, withoutValueLabels());
+  std::vector<double> amounts(300, 1);
+  amounts[3] = 1000;  // between the picked second and fourth
+  host.plot->setPlotData(plotAmounts(amounts));
+  for (size_t i = 0; i < host.plot->plotData()->count(); ++i) EXPECT_EQ(host.plot->plotData()->y(i), 1) << i;
+  EXPECT_EQ(host.plot->yTickmarks().back(), 1000);
 }
 
 TEST(LineGeneration, AGenerationAskedForMeanwhileIsDropped) {
@@ -222,6 +229,20 @@ TEST(LineDrawing, StaysThreePointsClearOfTheBottomButOnItAtZero) {
   EXPECT_NEAR(line[3].y, 3.168, 1e-9);
 }
 
+TEST(LineDrawing, AValueOnePointAboveTheBottomIsDrawnAtThree) {
+  Drawing drawing({100, 1, 0});
+  drawing.body->setBounds(CGRectMake(0, 0, 400, 102));
+  const std::vector<CGPoint> line = drawing.line();
+  EXPECT_EQ(line[0].y, 100);
+  EXPECT_EQ(line[1].y, 3);
+  EXPECT_EQ(line[2].y, 0);
+}
+
+TEST(LineDrawing, NegativeAmountsLieBetweenTheBottomAndTheZeroLine) {
+  Drawing drawing({100, -100, 0});
+  EXPECT_EQ(drawing.line(), (std::vector<CGPoint>{{0, 198}, {400.0 / 3, 0}, {2 * (400.0 / 3), 99}}));
+}
+
 TEST(LineDrawing, StaysThreePointsBelowZeroWhereItsCoordinatesReachBelow) {
   Drawing drawing({100, 50, 49.5, 49});
   drawing.body->setBounds(CGRectMake(0, -99, 400, 200));
@@ -280,112 +301,6 @@ TEST(LineDrawing, NothingIsDrawnWithoutEntries) {
   const Drawn drawn = drawing.draw();
   EXPECT_TRUE(drawn.strokes.empty());
   EXPECT_TRUE(drawn.gradients.empty());
-}
-
-// ---- category axis: three entries in 300 points have slots of 100 that begin at -17, 83 and 183 ----
-
-struct Month {
-  const char *name, *year;
-};
-PlotEntryListRef months(const std::vector<Month>& named) {
-  std::vector<PlotEntryRef> entries;
-  for (const Month& month : named) entries.push_back(plotEntry(10, kTooLong, nullptr, month.name, month.year));
-  return plotEntries(entries);
-}
-struct Axis : Host {
-  explicit Axis(const PlotEntryListRef& data, double width = 357) : Host(width, 296, withoutValueLabels()) {
-    plot->setPlotData(data);
-  }
-  std::vector<DrawnLine> ticks() const {
-    std::vector<DrawnLine> upright;
-    const std::vector<DrawnLine> lines = straightLines(drawn());
-    for (const DrawnLine& line : lines)
-      if (line.from.x == line.to.x) upright.push_back(line);
-    return upright;
-  }
-};
-
-TEST(LineCategoryAxis, LabelsAreCentredOnTheirPoints) {
-  const Axis axis(plotAmounts({1, 2, 3}));
-  const Drawn drawn = axis.drawn();
-  ASSERT_NE(drawn.text("B"), nullptr);
-  // Slots 24 points from the bottom and 15 high; the baseline lies 12 points below their top.
-  EXPECT_NEAR(drawn.text("B")->origin.x, 83 + (100 - 7.2) / 2, 1e-9);
-  EXPECT_NEAR(drawn.text("B")->origin.y, 24 + 15 - 12, 1e-9);
-}
-
-TEST(LineCategoryAxis, LongNamesThatFitAtATighterMarginAreDrawnWhateverElseThereIs) {
-  // 88 points at 10: 12 apart, too near for bars.
-  std::vector<PlotEntryRef> entries;
-  for (int i = 0; i < 3; ++i) entries.push_back(plotEntry(i, "AAAAAAAAAAAAAA", "Medium", "S", "2009"));
-  const Axis axis(plotEntries(entries));
-  EXPECT_EQ(axis.drawn().countOfText("AAAAAAAAAAAAAA"), 3u);
-  EXPECT_EQ(axis.drawn().countOfText("Medium"), 0u);
-}
-
-TEST(LineCategoryAxis, MediumNamesComeNext) {
-  const Axis axis(plotEntries(std::vector<PlotEntryRef>(3, plotEntry(1, kTooLong, "Medium", "Jan", "2009"))));
-  EXPECT_EQ(axis.drawn().countOfText("Medium"), 3u);
-  EXPECT_EQ(axis.drawn().countOfText("2009"), 0u);
-}
-
-TEST(LineCategoryAxis, ATickStandsBeforeTheJanuaryOfALaterYear) {
-  const Axis axis(months({{"Dec", "2009"}, {"Jan", "2010"}, {"Feb", "2010"}}));
-  const Drawn drawn = axis.drawn();
-  EXPECT_EQ(drawn.countOfText("2009"), 1u);
-  EXPECT_EQ(drawn.countOfText("2010"), 1u);
-  // Under the left edge of the month's text, -17 + 39.2 = 22.2 and 83 + 39.2 = 122.2, cut to whole points.
-  EXPECT_NEAR(drawn.text("2009")->origin.x, 22, 1e-9);
-  EXPECT_NEAR(drawn.text("2010")->origin.x, 122, 1e-9);
-  EXPECT_NEAR(drawn.text("2010")->origin.y, 10 + 15 - 12, 1e-9);
-  EXPECT_EQ(axis.ticks(), (std::vector<DrawnLine>{{{82, 39}, {82, 29}, 0.29}}));
-}
-
-TEST(LineCategoryAxis, OneYearHasOneSubtitleAndNoTick) {
-  const Axis axis(months({{"Feb", "2010"}, {"Mar", "2010"}}));
-  EXPECT_EQ(axis.drawn().countOfText("2010"), 1u);
-  EXPECT_TRUE(axis.ticks().empty());
-}
-
-TEST(LineCategoryAxis, AChartThatBeginsInJanuaryHasNoTickAtItsEdge) {
-  const Axis axis(months({{"Jan", "2010"}, {"Feb", "2010"}, {"Mar", "2010"}}));
-  EXPECT_EQ(axis.drawn().countOfText("2010"), 1u);
-  EXPECT_TRUE(axis.ticks().empty());
-}
-
-TEST(LineCategoryAxis, AFirstSubtitleUnderALaterJanuaryHasATick) {
-  const Axis axis(months({{"Dec", ""}, {"Jan", "2010"}, {"Feb", "2010"}}));
-  EXPECT_EQ(axis.ticks(), (std::vector<DrawnLine>{{{82, 39}, {82, 29}, 0.29}}));
-}
-
-TEST(LineCategoryAxis, AFirstSubtitleUnderAnotherMonthHasNone) {
-  const Axis axis(months({{"Dec", ""}, {"Feb", "2010"}, {"Mar", "2010"}}));
-  EXPECT_EQ(axis.drawn().countOfText("2010"), 1u);
-  EXPECT_TRUE(axis.ticks().empty());
-}
-
-TEST(LineCategoryAxis, ANameThatIsNoMonthHasNoTickForTheFirstSubtitle) {
-  const Axis axis(months({{"Dec", ""}, {"Q1", "2010"}, {"Mar", "2010"}}));
-  EXPECT_TRUE(axis.ticks().empty());
-}
-
-TEST(LineCategoryAxis, LaterSubtitlesHaveATickInAnyMonth) {
-  const Axis axis(months({{"Apr", "2009"}, {"May", "2010"}, {"Jun", "2011"}}));
-  EXPECT_EQ(axis.ticks(), (std::vector<DrawnLine>{{{82, 39}, {82, 29}, 0.29}, {{182, 39}, {182, 29}, 0.29}}));
-}
-
-TEST(LineCategoryAxis, TwoYearsOfMonthsThinToQuarterStarts) {
-  const char* const names[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-  std::vector<Month> named;
-  for (int i = 0; i < 24; ++i) named.push_back({names[i % 12], i < 12 ? "2009" : "2010"});
-  const Axis axis(months(named), 57 + 24 * 11);  // a quarter every 33 points
-  const Drawn drawn = axis.drawn();
-  for (const char* name : {"Jan", "Apr", "Jul", "Oct"}) EXPECT_EQ(drawn.countOfText(name), 2u) << name;
-  EXPECT_EQ(drawn.countOfText("Feb"), 0u);
-  EXPECT_EQ(drawn.countOfText("2009"), 1u);
-  EXPECT_EQ(drawn.countOfText("2010"), 1u);
-  ASSERT_EQ(axis.ticks().size(), 1u);
-  EXPECT_EQ(axis.ticks()[0].from.x, std::floor(33 - 5.5 + 12 * 11) - 1);
 }
 
 }  // namespace

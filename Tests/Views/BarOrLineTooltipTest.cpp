@@ -1,4 +1,4 @@
-// The tooltip bubble: its text, size, place and picture, and when it comes and goes.
+// The tooltip bubble: its text, size and place, and when it comes and goes.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -134,6 +134,25 @@ TEST(Tooltip, ATextBeyondNinetyPointsIsCutInTheMiddleOfItsLastLine) {
   EXPECT_EQ(drawn.texts.front().text, "Header");
 }
 
+TEST(Tooltip, AnEntryWithoutNamesHasItsAmountAlone) {
+  const Bars host;
+  auto entry = std::make_shared<PlotEntry>();
+  entry->humanY = std::make_shared<const std::string>("$12");
+  host.chart()._hoverEntry(entry, {100, 100});
+  EXPECT_EQ(textOfBubble(host), "$12");
+}
+
+TEST(Tooltip, AnEntryWithoutAnAmountHasAnEmptyLineForIt) {
+  const Bars host;
+  auto entry = std::make_shared<PlotEntry>();
+  entry->humanX = std::make_shared<const std::string>("May");
+  host.chart()._hoverEntry(entry, {100, 100});
+  EXPECT_EQ(textOfBubble(host), "May\n");
+  host.chart()._clearHoverEntry();
+  host.chart()._moveAndResizeLayerForEntry(entry, {100, 100});
+  EXPECT_EQ(textOfBubble(host), "May\n");
+}
+
 TEST(Tooltip, LayersLandOnWholePoints) {
   const CALayerRef layer = CALayer::layer();
   layer->setAnchorPoint({0.5, 0});
@@ -256,13 +275,55 @@ TEST(TooltipOverLine, OneBubbleMovesFromEntryToEntry) {
   EXPECT_NEAR(bubble->frame().origin.y, std::floor(CGRectGetMaxY(rect) + 5), 1e-9);
 }
 
-TEST(TooltipOverLine, TheMoveIsAnimated) {
+TEST(TooltipOverLine, MovingWithinAnEntryLeavesTheBubble) {
   Line host;
   host.moveOver(3);
-  host.turn(1);
-  host.moveOver(4);
   const CALayerRef bubble = host.chart().currentHoverLayer();
-  EXPECT_NE(bubble->animationForKey("position"), nullptr);
+  host.turn(1);
+  const NSAttributedString shown = textLayerOf(bubble)->attributedString();
+  const CGRect rect = host.plotter()->rectForEntry(host.chart().currentHoverEntry());
+  host.move(CGRectGetMinX(rect) + 1, CGRectGetMinY(rect) + 1);
+  EXPECT_EQ(host.chart().currentHoverLayer(), bubble);
+  EXPECT_EQ(textLayerOf(bubble)->attributedString(), shown);
+  EXPECT_TRUE(bubble->animationKeys().empty());
+  EXPECT_FALSE(bubble->needsDisplay());
+}
+
+TEST(TooltipOverLine, ItsFirstPlaceIsNotAnimated) {
+  Line host;
+  host.moveOver(3);
+  const CALayerRef bubble = host.chart().currentHoverLayer();
+  EXPECT_TRUE(bubble->animationKeys().empty());
+  EXPECT_TRUE(textLayerOf(bubble)->animationKeys().empty());
+}
+
+TEST(TooltipOverLine, MovesAndGrowsFromWhereItIsSeenInAQuarterOfASecond) {
+  ChartHost host({357, 296});
+  host.setOptions({ValueDictionary{{"key", "DisplayYLabels"}, {"value", false}}});
+  ValueArray entries;
+  for (int i = 0; i < 12; ++i) entries.emplace_back(chartEntry("Day", "5", i == 3 ? "a long amount" : "$5"));
+  host.show(pageArray(entries));
+  host.moveOver(3);
+  host.turn(1);
+  const CALayerRef bubble = host.chart().currentHoverLayer();
+  const std::shared_ptr<CATextLayer> text = textLayerOf(bubble);
+  const CGPoint place = bubble->position(), textPlace = text->position();
+  const CGRect bounds = bubble->bounds(), textBounds = text->bounds();
+  host.moveOver(4);
+  const auto expectAnimated = [](const CALayer& layer, const char* key, const CAAnimatableValue& from) {
+    const CABasicAnimation* animation = layer.animationForKey(key);
+    ASSERT_NE(animation, nullptr) << key;
+    EXPECT_EQ(*animation->fromValue, from) << key;
+    EXPECT_FALSE(animation->toValue.has_value()) << key;
+    EXPECT_EQ(animation->duration, 0.25) << key;
+    EXPECT_EQ(animation->timingFunction, kCAMediaTimingFunctionDefault) << key;
+  };
+  expectAnimated(*bubble, "position", place);
+  expectAnimated(*bubble, "bounds", bounds);
+  expectAnimated(*text, "position", textPlace);
+  expectAnimated(*text, "bounds", textBounds);
+  host.turn(0.3);
+  EXPECT_TRUE(bubble->animationKeys().empty());
 }
 
 TEST(TooltipOverLine, TheBubbleTakesTheSizeOfEachText) {
@@ -295,42 +356,6 @@ TEST(TooltipOverLine, ARebuiltTreeLeavesTheBubbleDetachedUntilThePointerIsOverNo
   EXPECT_EQ(host.chart().currentHoverLayer(), nullptr);
   host.moveOver(4);
   EXPECT_EQ(host.chart().currentHoverLayer()->superlayer(), host.view->layer());
-}
-
-// ---- picture ----
-
-TEST(TooltipDrawing, IsARoundedBoxWithAPointerAtItsBottomCentre) {
-  const Bars host;
-  const CALayerRef bubble = CALayer::layer();
-  bubble->setBounds(CGRectMake(-8, -10, 58, 38));
-  RecordingContext context;
-  host.chart().drawLayer(*bubble, context);
-  const Drawn drawn(*context.snapshot());
-  ASSERT_EQ(drawn.groups.size(), 1u);
-  EXPECT_EQ(*drawn.groups[0].effects.shadow, (CGShadow{{2, -2}, 0.5, {0, 0, 0, 1.0 / 3}}));
-  ASSERT_EQ(drawn.clips.size(), 1u);
-  EXPECT_TRUE(drawn.clips[0].evenOdd);
-  const CGRect box = drawn.clips[0].path.boundingBox();
-  EXPECT_NEAR(box.origin.x, -4, 1e-6);
-  EXPECT_NEAR(box.origin.y, -6, 1e-6);
-  EXPECT_NEAR(box.size.width, 50, 1e-6);
-  EXPECT_NEAR(box.size.height, 30, 1e-6);
-  bool hasTip = false, hasLeft = false, hasRight = false;
-  for (const CGPathElement& element : drawn.clips[0].path.elements()) {
-    if (element.type != CGPathElement::Type::line) continue;
-    hasTip = hasTip || element.points[0] == CGPointMake(21, -6);
-    hasLeft = hasLeft || element.points[0] == CGPointMake(15, 0);
-    hasRight = hasRight || element.points[0] == CGPointMake(27, 0);
-  }
-  EXPECT_TRUE(hasTip && hasLeft && hasRight);
-  ASSERT_EQ(drawn.gradients.size(), 1u);
-  EXPECT_EQ(drawn.gradients[0].placement, (CGGradientPlacement{{0, 0}, {0, 38}, 0, 3}));
-  EXPECT_NEAR(drawn.gradients[0].gradient->colorAt(0).red, 0.9, 1e-9);
-  EXPECT_NEAR(drawn.gradients[0].gradient->colorAt(0.15).red, 0.95, 1e-9);
-  EXPECT_NEAR(drawn.gradients[0].gradient->colorAt(0.3).red, 1, 1e-9);
-  ASSERT_EQ(drawn.strokes.size(), 1u);
-  EXPECT_EQ(drawn.strokes[0].color, (RGBA{0.3, 0.3, 0.3, 1}));
-  EXPECT_EQ(drawn.strokes[0].style.width, 0.5);
 }
 
 }  // namespace

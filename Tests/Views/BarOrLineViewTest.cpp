@@ -135,6 +135,17 @@ TEST(BarOrLineView, LaterDataLeaveTheChartShowingTheFirst) {
   EXPECT_EQ(host.page->calls, kDisplayed);
 }
 
+TEST(BarOrLineView, LaterDataPlaceTheFirstBarsAgainOverThemselves) {
+  ChartHost host;
+  host.show(chartAmounts({"100", "50"}));
+  ASSERT_EQ(host.view->layer()->sublayers().size(), 2u);
+  host.show(chartAmounts({"1", "2", "3"}));
+  const std::vector<CALayerRef> bars = host.view->layer()->sublayers();
+  ASSERT_EQ(bars.size(), 4u);
+  EXPECT_EQ(bars[2]->bounds(), bars[0]->bounds());
+  EXPECT_TRUE(bars[2]->animationKeys().empty());
+}
+
 TEST(BarOrLineView, AFrameChangeDuringTheOpeningLeavesTheTree) {
   ChartHost host;
   host.setData(chartOf(2));
@@ -225,6 +236,39 @@ TEST(BarOrLinePrinting, DuringTheOpeningStillCallsItOnce) {
   host.setData(chartOf(2));
   printOf(host);
   host.turn(0.1);
+  host.turn(2);
+  EXPECT_EQ(host.page->calls, kDisplayed);
+}
+
+TEST(BarOrLinePrinting, DrawsALineWithTheTreeAndThenBothOfItsBodiesOnTheirOwn) {
+  ChartHost host({300, 311});
+  host.show(chartOf(12));
+  ASSERT_EQ(host.view->layer()->sublayers().size(), 1u);
+  const Drawn paper = printOf(host);
+  EXPECT_EQ(host.view->layer()->sublayers().size(), 2u);
+  EXPECT_EQ(paper.gradients.size(), 1u + 1 + 2);  // the background, the body with the tree, and two on their own
+  size_t lines = 0;
+  for (const DisplayList::Stroke& stroke : paper.strokes) lines += stroke.style.width == 2 ? 1 : 0;
+  EXPECT_EQ(lines, 3u);
+  host.turn(0.1);
+  host.turn(2);
+  EXPECT_EQ(host.page->calls, kDisplayed);
+}
+
+TEST(BarOrLinePrinting, DuringTheWipeDrawsTheWholeLineAndThePageHearsOnce) {
+  ChartHost host({300, 311});
+  host.setData(chartOf(12));
+  host.turn();
+  host.turn(0.3);
+  const Drawn paper = printOf(host);
+  for (const DisplayList::Stroke& stroke : paper.strokes) {
+    if (stroke.style.width == 2) {
+      EXPECT_EQ(stroke.path.elements().size(), 12u);
+    }
+  }
+  EXPECT_EQ(paper.gradients.size(), 1u + 1 + 2);
+  host.turn(0.1);
+  EXPECT_TRUE(host.page->calls.empty());
   host.turn(2);
   EXPECT_EQ(host.page->calls, kDisplayed);
 }
