@@ -10,6 +10,8 @@ using nlohmann::json;
 
 constexpr double kLargestSide = 32000;
 constexpr double kLongestWait = 3600;
+// No chart looks deeper than an entry's properties; what is nested without end must not use up the stack.
+constexpr int kDeepestValue = 64;
 
 // Where in the file we are, for error texts: a JSON pointer.
 struct Place {
@@ -22,7 +24,9 @@ struct Place {
   }
 };
 
-Value valueOf(const json& node) {
+// `place` is that of the whole value, `depth` how far inside it this part lies.
+Value valueOf(const json& node, const Place& place, int depth = 0) {
+  if (depth > kDeepestValue) place.fail("values nested more than 64 deep");
   switch (node.type()) {
     case json::value_t::boolean:
       return node.get<bool>();
@@ -35,12 +39,12 @@ Value valueOf(const json& node) {
     case json::value_t::array: {
       ValueArray array;
       array.reserve(node.size());
-      for (const json& element : node) array.push_back(valueOf(element));
+      for (const json& element : node) array.push_back(valueOf(element, place, depth + 1));
       return array;
     }
     case json::value_t::object: {
       ValueDictionary dictionary;
-      for (const auto& [key, element] : node.items()) dictionary.emplace(key, valueOf(element));
+      for (const auto& [key, element] : node.items()) dictionary.emplace(key, valueOf(element, place, depth + 1));
       return dictionary;
     }
     default:
@@ -73,8 +77,9 @@ CGSize size(const json& node, const Place& place) {
 CallStep call(const json& step, const Place& place) {
   CallStep result{text(step["call"], place.at("call")), {}};
   if (const auto arguments = step.find("arguments"); arguments != step.end()) {
-    if (!arguments->is_array()) place.at("arguments").fail("an array is expected");
-    for (const json& argument : *arguments) result.arguments.push_back(valueOf(argument));
+    const Place whole = place.at("arguments");
+    if (!arguments->is_array()) whole.fail("an array is expected");
+    for (const json& argument : *arguments) result.arguments.push_back(valueOf(argument, whole));
   }
   return result;
 }
@@ -161,8 +166,8 @@ Scenario Scenario::parse(const std::string& source, const std::string& name) {
   for (const char* key : {"options", "data"}) {
     if (root.contains(key) && !root[key].is_array()) top.at(key).fail("an array is expected");
   }
-  if (root.contains("options")) scenario.options = valueOf(root["options"]);
-  scenario.data = valueOf(root["data"]);
+  if (root.contains("options")) scenario.options = valueOf(root["options"], top.at("options"));
+  scenario.data = valueOf(root["data"], top.at("data"));
   return scenario;
 }
 

@@ -23,6 +23,18 @@ TEST(Scenario, HasDefaultsForSizeScaleAndLocale) {
   EXPECT_FALSE(scenario.steps.has_value());
 }
 
+TEST(Scenario, ValuesNestedWithoutEndAreRefused) {
+  const auto nested = [](size_t depth) { return std::string(depth, '[') + std::string(depth, ']'); };
+  const auto data = [&](size_t depth) { return R"({"plot": "pie", "data": )" + nested(depth) + "}"; };
+  EXPECT_EQ(errorOf(data(60)), "no error");
+  EXPECT_EQ(errorOf(data(66)), "pie.json: /data: values nested more than 64 deep");
+  EXPECT_EQ(errorOf(data(1000000)), "pie.json: /data: values nested more than 64 deep");
+  EXPECT_EQ(errorOf(R"({"plot": "pie", "data": [], "options": )" + nested(100000) + "}"),
+            "pie.json: /options: values nested more than 64 deep");
+  EXPECT_EQ(errorOf(R"({"plot": "pie", "steps": [{"call": "SetPlotData", "arguments": )" + nested(100000) + "}]}"),
+            "pie.json: /steps/0/arguments: values nested more than 64 deep");
+}
+
 TEST(Scenario, ReadsEveryKindOfStepInOrder) {
   const Scenario scenario = Scenario::parse(R"({"plot": "pie", "steps": [
     {"call": "SetPlotData", "arguments": [[{"key": "Rent", "value": 1200}]]},

@@ -177,7 +177,15 @@ TEST(Fraction, IsClampedToTheFirstAndLastLine) {
 
 TEST(Fraction, OfOneLineIsZero) { EXPECT_EQ(gridlines::fraction(7, {0}), 0); }
 
-TEST(Fraction, WithoutLinesRaises) { EXPECT_THROW(gridlines::fraction(7, {}), NSException); }
+TEST(Fraction, WithoutLinesRaises) {
+  try {
+    gridlines::fraction(7, {});
+    FAIL() << "nothing was raised";
+  } catch (const NSException& exception) {
+    EXPECT_EQ(exception.name(), "NSRangeException");
+    EXPECT_EQ(exception.reason(), "*** -[NSCFArray objectAtIndex:]: index (0) beyond bounds (0)");
+  }
+}
 
 }  // namespace
 }  // namespace zelkon
