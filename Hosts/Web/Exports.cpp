@@ -71,6 +71,13 @@ EMSCRIPTEN_KEEPALIVE void zelkon_key_press(int id) {
   withPlot(id, [&](WebPlot& plot) { plot.press(); });
 }
 
+// How many periods the chart shows. Hands those from `first` on, `count` at most, to the page's side.
+EMSCRIPTEN_KEEPALIVE size_t zelkon_read_periods(int id, size_t first, size_t count) {
+  size_t all = 0;
+  withPlot(id, [&](WebPlot& plot) { all = plot.readPeriods(first, count); });
+  return all;
+}
+
 // The block is read before anything of the chart runs.
 EMSCRIPTEN_KEEPALIVE void zelkon_call(int id, const char* name, size_t nameLength, const uint8_t* block, size_t size) {
   withPlot(id,

@@ -21,11 +21,9 @@ std::vector<KeyStop> stopsOfPie(const PiePlotView& pie) {
   for (const PiePlotEntryRef& entry : data->entries()) {
     const double angle = (before + entry->fraction / 2) * fullTurn;
     before += entry->fraction;
-    stops.push_back({{size.width / 2 + std::cos(angle) * radius,
-                      floorHeight + (size.height - floorHeight) / 2 + std::sin(angle) * radius},
-                     entry->key,
-                     entry->value,
-                     Value(entry->fraction)});
+    stops.push_back({CGPoint{size.width / 2 + std::cos(angle) * radius,
+                             floorHeight + (size.height - floorHeight) / 2 + std::sin(angle) * radius},
+                     entry->key, entry->value, Value(entry->fraction)});
   }
   return stops;
 }
@@ -38,11 +36,9 @@ std::vector<KeyStop> stopsOfPeriods(const BarOrLineView& view) {
   for (size_t i = 0; i < entries.count(); ++i) {
     const PlotEntryRef entry = entries.entry(i);
     const CGRect place = CGRectIntersection(plotter->rectForEntry(entry), view.bounds());
-    if (NSIsEmptyRect(place)) continue;
-    stops.push_back({{place.origin.x + place.size.width / 2, place.origin.y + place.size.height / 2},
-                     Value(*entry->humanX),
-                     Value(*entry->humanY),
-                     Value()});
+    std::optional<CGPoint> middle;
+    if (!NSIsEmptyRect(place)) middle = {CGRectGetMidX(place), CGRectGetMidY(place)};
+    stops.push_back({middle, Value(*entry->humanX), Value(*entry->humanY), Value()});
   }
   return stops;
 }

@@ -12,6 +12,8 @@ void zelkon_page_call(int plot, const char* name, size_t nameLength, const char*
 void zelkon_page_set(int object, const char* key, size_t keyLength, const char* value, size_t valueLength);
 // What a screen reader shall say of the entry that the keyboard has come to: JSON of its label, amount and share.
 void zelkon_page_announce(int plot, const char* entry, size_t length);
+// One of the periods that were asked for: its name and its amount.
+void zelkon_page_period(const char* name, size_t nameLength, const char* amount, size_t amountLength);
 // A line of the system log.
 void zelkon_page_log(const char* line, size_t length);
 // Copies the named resource to `bytes` and answers its whole size, which may exceed `capacity`: nothing is copied then.

@@ -85,6 +85,7 @@ void WebPlot::dropView() {
   view_->removeFromSuperview();
   scroller_->removeFromSuperview();
   view_.reset();
+  periods_.reset();
   scroller_.reset();
   compositor_.purge();
 }
@@ -124,9 +125,9 @@ void WebPlot::mouseMoved(CGPoint p) {
 void WebPlot::mouseDown(CGPoint p) { window_->sendMouseDown(windowPoint(p)); }
 
 void WebPlot::mouseExited() {
+  step_.reset();
   if (!pointer_) return;
   pointer_.reset();
-  step_.reset();
   window_->sendMouseExited();
 }
 
@@ -147,7 +148,10 @@ void WebPlot::stepTo(const std::vector<KeyStop>& stops, size_t index) {
   const KeyStop& stop = stops[index];
   // The keyboard also reaches what has been scrolled away.
   setVisibleRect({{0, 0}, size_});
-  mouseMoved({stop.point.x, size_.height - stop.point.y});
+  if (stop.point)
+    mouseMoved({stop.point->x, size_.height - stop.point->y});
+  else
+    mouseExited();
   step_ = index;
   const std::string text = PageJSON(Value(ValueArray{stop.label, stop.amount, stop.share}));
   zelkon_page_announce(id_, text.data(), text.size());
@@ -164,6 +168,20 @@ void WebPlot::call(const std::string& name, ValueArray arguments) {
   if (name == "SetPlotData" && !isSettled) data_ = arguments;
   const std::shared_ptr<CALayerPlotView> view = view_;
   WebScriptInvoke(*view, name, arguments);
+  if (name == "SetPlotData" && !isSettled) keepPeriods();
+}
+
+void WebPlot::keepPeriods() { periods_ = std::dynamic_pointer_cast<const PlotEntryList>(view_->plotData()); }
+
+size_t WebPlot::readPeriods(size_t first, size_t count) const {
+  if (!periods_) return 0;
+  const size_t all = periods_->count();
+  for (size_t i = first; i < all && i - first < count; ++i) {
+    const PlotEntryRef entry = periods_->entry(i);
+    const std::string &name = *entry->humanX, &amount = *entry->humanY;
+    zelkon_page_period(name.data(), name.size(), amount.data(), amount.size());
+  }
+  return all;
 }
 
 bool WebPlot::refreshIfNeeded() {
@@ -180,12 +198,13 @@ bool WebPlot::refreshIfNeeded() {
   page_->setHasAnnouncedDisplay(hadAnnounced);
   if (options_) WebScriptInvoke(*view_, "SetPlotOptions", *options_);
   if (data_) WebScriptInvoke(*view_, "SetPlotData", *data_);
+  keepPeriods();
   NSSetLogSink(log);
   if (!wasShown) return true;
   settle();
   if (step_) {
     const std::vector<KeyStop> stops = KeyStopsOfView(*view_);
-    if (*step_ < stops.size()) pointer_ = windowPoint(stops[*step_].point);
+    if (*step_ < stops.size() && stops[*step_].point) pointer_ = windowPoint(*stops[*step_].point);
   }
   if (pointer_) {
     window_->sendMouseMoved(windowPoint(*pointer_));

@@ -12,6 +12,7 @@
 #include "AppKit/NSScrollView.h"
 #include "AppKit/NSWindow.h"
 #include "Backends/Canvas/CanvasDevice.h"
+#include "Classes/Plotting/PlotEntryList.h"
 #include "Classes/Views/CALayerPlotView.h"
 #include "Hosts/Web/KeyStops.h"
 #include "Hosts/Web/PageScript.h"
@@ -49,6 +50,9 @@ class WebPlot {
   void stepToEnd(bool last);
   // Presses the pointer where it was taken.
   void press();
+  // How many periods the chart over time was made of, those included that are too many to be drawn; 0 for a pie. Hands
+  // the names and amounts of those from `first` on, `count` at most, to the page's side.
+  size_t readPeriods(size_t first, size_t count) const;
   // Calls the operation that page script knows by that name.
   void call(const std::string& name, ValueArray arguments);
 
@@ -68,6 +72,7 @@ class WebPlot {
   void dropView();
   void settle();
   void stepTo(const std::vector<KeyStop>& stops, size_t index);
+  void keepPeriods();
   CGPoint windowPoint(CGPoint p) const { return {p.x, size_.height - p.y}; }
 
   int id_, canvas_;
@@ -82,6 +87,7 @@ class WebPlot {
   CACompositor compositor_;
   std::shared_ptr<Surface> screen_;
   std::optional<ValueArray> options_, data_;
+  PlotEntryListRef periods_;  // what the chart over time was made of
   std::optional<CGPoint> pointer_;
   std::optional<size_t> step_;  // the entry that the keyboard has taken the pointer to
   bool started_ = false, shown_ = false, needsFreshView_ = false, needsFrame_ = true, wasAnimating_ = false;

@@ -1,6 +1,7 @@
 // The element <zelkon-plot plot="…">: a chart from the moment it is in the page until it is taken out.
 import { flattenData, flattenOptions, flattenValues, type FlatArguments } from './flatten';
 import { Keyboard } from './keyboard';
+import { PeriodTable } from './periods';
 import { cssZoom, PointerTracker } from './pointer';
 import { visiblePart, scrollingAncestor } from './scrolling';
 import type { Actor, Stage } from './stage';
@@ -10,9 +11,10 @@ sheet.replaceSync(`
   :host { display: inline-block; width: 300px; height: 150px; }
   :host([hidden]) { display: none; }
   canvas { display: block; width: 100%; height: 100%; border-radius: inherit; }
+  :host([plot='spendingOverTimeBarOrLine']) canvas { touch-action: pan-y pinch-zoom; }
   canvas.paper { object-fit: contain; }
   [hidden] { display: none; }
-  .voice { position: absolute; width: 1px; height: 1px; overflow: hidden; clip-path: inset(50%); white-space: nowrap; }
+  .voice { position: absolute; width: 1px; height: 1px; overflow: hidden; clip-path: inset(50%); white-space: nowrap; margin-top: -1px; }
 `);
 
 // Paper shows finer dots than screens, but a picture must stay within what canvases can hold.
@@ -48,6 +50,7 @@ export class ZelkonPlot extends HTMLElement {
     press: () => this.#mouse((id) => this.#stage.instance.press(id)),
     exited: () => this.#mouse((id) => this.#stage.instance.mouseExited(id)),
   });
+  readonly #periods = new PeriodTable({ read: (first, count) => this.#stage.instance.readPeriods(this.#plot, first, count) });
   readonly #resizes = new ResizeObserver((entries) => this.#measured(entries[entries.length - 1]));
 
   // What the stage may ask; a page sees none of it.
@@ -76,7 +79,7 @@ export class ZelkonPlot extends HTMLElement {
     super();
     this.#root.adoptedStyleSheets = [sheet];
     this.#fallback.hidden = true;
-    this.#root.append(this.#canvas, this.#fallback, this.#keyboard.voice);
+    this.#root.append(this.#canvas, this.#fallback, this.#keyboard.voice, this.#periods.root);
   }
 
   // An array of objects with "key" and "value".
@@ -154,9 +157,14 @@ export class ZelkonPlot extends HTMLElement {
   }
 
   #describe(): void {
+    const isPie = this.getAttribute('plot') === 'pie';
+    const name = this.getAttribute('aria-label') ?? (isPie ? 'Pie chart' : 'Chart');
+    this.#canvas.setAttribute('aria-label', name);
     this.#keyboard.stop();
-    if (this.#plot && !this.hasAttribute('no-keyboard')) this.#keyboard.start();
-    this.#canvas.setAttribute('aria-label', this.getAttribute('aria-label') ?? (this.getAttribute('plot') === 'pie' ? 'Pie chart' : 'Chart'));
+    this.#periods.stop();
+    if (!this.#plot || this.hasAttribute('no-keyboard')) return;
+    this.#keyboard.start();
+    if (!isPie) this.#periods.start(name);
   }
 
   #start(): void {
@@ -185,6 +193,7 @@ export class ZelkonPlot extends HTMLElement {
   #stop(): void {
     this.#isStarted = false;
     this.#keyboard.stop();
+    this.#periods.stop();
     this.#scroller?.removeEventListener('scroll', this.#scrolled);
     this.#scroller = null;
     this.#pointer.stop();
@@ -201,6 +210,7 @@ export class ZelkonPlot extends HTMLElement {
   #call(name: string, values: FlatArguments): boolean {
     if (!this.#plot) return false;
     this.#stage.needsFrame();
+    if (name === 'SetPlotData') this.#periods.refresh();
     return this.#stage.instance.call(this.#plot, name, values);
   }
 

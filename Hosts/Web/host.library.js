@@ -9,6 +9,9 @@ mergeInto(LibraryManager.library, {
   zelkon_page_announce: function (plot, entry, length) {
     Module['host'].announce(plot, entry, length);
   },
+  zelkon_page_period: function (name, nameLength, amount, amountLength) {
+    Module['host'].period(name, nameLength, amount, amountLength);
+  },
   zelkon_page_table_hold: function (table) {
     Module['host'].tableHold(table);
   },

@@ -8,6 +8,7 @@ import shadowLeft from '../../Resources/shadow_left.png';
 import shadowRight from '../../Resources/shadow_right.png';
 import type { Columns } from './columns';
 import type { FlatArguments } from './flatten';
+import type { Period } from './periods';
 
 export interface InstanceListener {
   // A chart calls a function of its page.
@@ -42,6 +43,8 @@ export class Instance {
   private failed = false;
   // Tables that a call hands over or a chart holds, by number.
   private readonly tables = new Map<number, { table: Columns; holders: number }>();
+  // What was read last.
+  private periods: Period[] = [];
   // What the call that is running sets on the page's objects, to be done when it has returned.
   private assignments: { object: number; key: string; value: unknown }[] = [];
 
@@ -117,6 +120,13 @@ export class Instance {
 
   press(id: number): void {
     this.enter((module) => module._zelkon_key_press(id));
+  }
+
+  // Names and amounts of the periods that a chart shows, from `first` on and `count` at most, and how many there are.
+  readPeriods(id: number, first: number, count: number): { all: number; periods: Period[] } {
+    this.periods = [];
+    const all = this.enter((module) => module._zelkon_read_periods(id, first, count)) ?? 0;
+    return { all, periods: this.periods };
   }
 
   // Carries a page's call out and then sets on the page's objects what the chart has set; setters of the page may throw.
@@ -203,6 +213,9 @@ export class Instance {
       announce: (plot: number, entry: number, length: number) => {
         const [label, amount, share] = JSON.parse(this.text(entry, length));
         this.listener.announce(plot, label, amount, share);
+      },
+      period: (name: number, nameLength: number, amount: number, amountLength: number) => {
+        this.periods.push([this.text(name, nameLength), this.text(amount, amountLength)]);
       },
       tableHold: (number: number) => {
         ++this.tables.get(number)!.holders;

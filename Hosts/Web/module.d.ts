@@ -16,6 +16,7 @@ declare module 'zelkon-plot-module' {
     _zelkon_key_step(id: number, steps: number): void;
     _zelkon_key_end(id: number, last: number): void;
     _zelkon_key_press(id: number): void;
+    _zelkon_read_periods(id: number, first: number, count: number): number;
     _zelkon_call(id: number, name: number, nameLength: number, block: number, size: number): void;
     _zelkon_begin_turn(now: number): void;
     _zelkon_compose(id: number): void;

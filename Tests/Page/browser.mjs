@@ -16,6 +16,7 @@ export const flags = ['--no-sandbox', '--disable-gpu', '--disable-quic', '--no-f
 export async function openBrowser(context, options = {}) {
   const files = mkdtempSync(join(tmpdir(), 'zelkon-page-'));
   mkdirSync(pictures, { recursive: true });
+  writeFileSync(join(files, 'favicon.ico'), '');
   const server = await serve([files, join(root, 'out', 'web'), join(root, 'Examples', 'Page'), join(root, 'node_modules', 'axe-core')]);
   const browser = await chromium.launch({ executablePath: '/usr/bin/chromium', args: flags, ...options });
   const origin = `http://127.0.0.1:${server.address().port}`;
