@@ -4,11 +4,13 @@
 #include <cassert>
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <variant>
 
 #include "Backends/Cairo/CairoPainting.h"
 #include "Backends/Cairo/CairoShadow.h"
 #include "Backends/Cairo/CairoSurface.h"
+#include "Backends/Cairo/OverlayPixels.h"
 #include "CoreGraphics/DisplayList.h"
 
 namespace zelkon {
@@ -36,6 +38,15 @@ bool needsOwnGroup(const DisplayList& list) {
   return false;
 }
 
+// How far a transform moves that only moves, by whole pixels.
+std::optional<CGPoint> moveByPixels(const cairo_matrix_t& m) {
+  const auto isNear = [](double value, double other) { return std::abs(value - other) < oneToOneTolerance; };
+  if (!isNear(m.xx, 1) || !isNear(m.yy, 1) || !isNear(m.xy, 0) || !isNear(m.yx, 0)) return std::nullopt;
+  const CGPoint move{std::round(m.x0), std::round(m.y0)};
+  if (!isNear(m.x0, move.x) || !isNear(m.y0, move.y)) return std::nullopt;
+  return move;
+}
+
 CGPath pathOfRect(CGRect rect) {
   CGPath path;
   path.addRect(rect);
@@ -49,6 +60,7 @@ struct CairoContext::Group {
   CairoHandle cr;
   CGGroupEffects effects;
   CGRect bounds;          // in the user space of the time of begin
+  double x = 0, y = 0;    // the surface's top left corner, in the target's pixels
   double brightness = 1;  // document: the factors of this and all enclosing groups
   int saves = 0;
   bool isUntouched = true;
@@ -193,6 +205,15 @@ void CairoContext::paintPixels(const CairoSurface& pixels, CGRect pixelsRect, CG
   setCairoPath(cr, pathOfRect(rect));
   cairo_translate(cr, pixelsRect.origin.x, CGRectGetMaxY(pixelsRect));
   cairo_scale(cr, pixelsRect.size.width / pixels.pixelWidth(), -pixelsRect.size.height / pixels.pixelHeight());
+  if (target_ == Target::pixels && blend == CGBlendMode::overlay && alpha == 1 && rect == pixelsRect) {
+    cairo_matrix_t matrix;
+    cairo_get_matrix(cr, &matrix);
+    const std::optional<CGPoint> move = moveByPixels(matrix);
+    if (move && paintOverlay(cr, source.get(), move->x, move->y)) {
+      cairo_restore(cr);
+      return;
+    }
+  }
   cairo_set_source_surface(cr, source.get(), 0, 0);
   // Stretched pictures end at their rectangle instead of fading out half a pixel beyond it.
   cairo_pattern_set_extend(cairo_get_source(cr), CAIRO_EXTEND_PAD);
@@ -267,6 +288,8 @@ void CairoContext::doBeginGroup(const CGGroupEffects& effects, CGRect bounds) {
   auto group = std::make_unique<Group>();
   group->effects = effects;
   group->bounds = bounds;
+  group->x = x;
+  group->y = y;
   if (target_ == Target::document) {
     const cairo_rectangle_t area{x, y, width, height};
     group->surface.reset(cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, &area));
@@ -329,12 +352,15 @@ void CairoContext::doEndGroup() {
     paintShadow(*group, *effects.shadow);
     cairo_restore(cr);
   }
-  cairo_set_source_surface(cr, group->surface.get(), 0, 0);
-  cairo_set_operator(cr, cairoOperator(effects.blend));
-  if (effects.alpha == 1)
-    cairo_paint(cr);
-  else
-    cairo_paint_with_alpha(cr, effects.alpha);
+  if (!(target_ == Target::pixels && effects.blend == CGBlendMode::overlay && effects.alpha == 1 &&
+        paintOverlay(cr, group->surface.get(), group->x, group->y))) {
+    cairo_set_source_surface(cr, group->surface.get(), 0, 0);
+    cairo_set_operator(cr, cairoOperator(effects.blend));
+    if (effects.alpha == 1)
+      cairo_paint(cr);
+    else
+      cairo_paint_with_alpha(cr, effects.alpha);
+  }
   cairo_restore(cr);
 }
 
