@@ -83,7 +83,7 @@ void BarPlot::renderPlotBody() {
 
 void BarPlot::renderBars(Facing facing, double zeroY) {
   const size_t count = plotData() ? plotData()->count() : 0;
-  const bool allPositive = optionIsTrue("AllValuesPositive");
+  const bool allPositive = count > 0 && optionIsTrue("AllValuesPositive");
   const std::string operation = "-[" + className() + " renderPlotBody]";
   double x = CGRectGetMinX(plotRect_) + barMargin_;
   for (size_t i = 0; i < count; ++i, x += barWidth_ + barMargin_) {

@@ -85,8 +85,9 @@ double BarPlot::amountAt(size_t index, bool allPositive) const {
 BarPlot::Amounts BarPlot::_findMinAmount() const {
   Amounts amounts;
   if (!plotData()) return amounts;
-  const bool allPositive = optionIsTrue("AllValuesPositive");
   const size_t count = plotData()->count();
+  // An option is only asked for where there is an amount to take by it.
+  const bool allPositive = count > 0 && optionIsTrue("AllValuesPositive");
   for (size_t i = 0; i < count; ++i) {
     const double v = amountAt(i, allPositive);
     if (v > amounts.max) amounts.max = v;

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "Classes/Plotting/BarPlot.h"
+#include "Foundation/NSRunLoop.h"
 #include "Support/PlotterHost.h"
 
 namespace zelkon {
@@ -139,6 +140,39 @@ TEST(BarLayers, HidingHidesTheRootLayerAndLetsGoOfIt) {
   EXPECT_EQ(host.root->contents(), picture);
   host.plot->doDisplay();
   host.plot->doHide();
+}
+
+TEST(BarLayers, ARedisplayAfterALaterGenerationStacksASecondSet) {
+  UpAndDown host;
+  host.plot->doDisplay();
+  host.plot->setPlotData(plotAmounts({100, -50, 0}));
+  host.plot->redisplay();
+  ASSERT_EQ(host.root->sublayers().size(), 4u);
+  EXPECT_EQ(host.root->sublayers()[2]->bounds(), host.root->sublayers()[0]->bounds());
+  EXPECT_EQ(host.root->sublayers()[3]->bounds(), host.root->sublayers()[1]->bounds());
+}
+
+TEST(BarLayers, HidingCancelsWhatWaitsForThePlotterOrItsRootLayerAndNothingElse) {
+  UpAndDown host;
+  NSRunLoop& loop = NSRunLoop::mainRunLoop();
+  std::string ran;
+  const int other = 0;
+  loop.performAfterDelay(host.plot.get(), 0, [&] { ran += "plotter "; });
+  loop.performAfterDelay(host.root.get(), 0, [&] { ran += "root "; });
+  loop.performAfterDelay(&other, 0, [&] { ran += "other "; });
+  host.plot->doHide();
+  loop.runDue(CACurrentMediaTime());
+  EXPECT_EQ(ran, "other ");
+}
+
+TEST(BarLayers, AnimationsAreKeyedByTheirPlaceWithSixDecimals) {
+  Host host(657, 311, {{"DisplayYLabels", false}});
+  host.root->setBounds(CGRectMake(0.25, 0, 657, 311));
+  host.plot->setPlotData(plotAmounts({10}));
+  host.plot->doDisplay();
+  ASSERT_EQ(host.delegate->told.size(), 1u);
+  // One bar in 600 points: 520 wide but for the limit of 230, so the margin of 40 gets half of the other 290.
+  EXPECT_EQ(host.delegate->told[0].key, "bounds218.250000");
 }
 
 Drawn drawingOf(const std::string& name, CGRect bounds) {

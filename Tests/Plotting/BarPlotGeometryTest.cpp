@@ -5,6 +5,7 @@
 
 #include "AppKit/NSGraphicsContext.h"
 #include "Classes/Plotting/BarPlot.h"
+#include "Foundation/NSAssertionHandler.h"
 #include "Foundation/NSException.h"
 #include "Support/PlotterHost.h"
 
@@ -52,6 +53,25 @@ TEST(CashFlowPlot, OptionsComeFromThePageAsTheyAreOrFromTheClass) {
   EXPECT_EQ(host.plot->valueForPlotOptionKey("DisplayXLabels"), Value(true));
 }
 
+TEST(CashFlowPlot, AnOptionOfAnUnexpectedTypeStillWinsOverTheDefault) {
+  Host host(600, 311, {{"AllValuesPositive", ValueArray{1}}, {"DisplayYLabels", ValueDictionary{}}});
+  EXPECT_EQ(host.plot->valueForPlotOptionKey("AllValuesPositive"), Value(ValueArray{1}));
+  EXPECT_EQ(host.plot->valueForPlotOptionKey("DisplayYLabels"), Value(ValueDictionary{}));
+}
+
+TEST(CashFlowPlot, ALayerWithoutSublayersHasNothingToRemove) {
+  CashFlowPlot base;
+  const CALayerRef layer = CALayer::layer(), sublayer = CALayer::layer();
+  base._destroyLayerHierarchy(layer);
+  base._destroyLayerHierarchy(nullptr);
+  EXPECT_TRUE(layer->sublayers().empty());
+  layer->addSublayer(sublayer);
+  layer->addSublayer(CALayer::layer());
+  base._destroyLayerHierarchy(layer);
+  EXPECT_TRUE(layer->sublayers().empty());
+  EXPECT_EQ(sublayer->superlayer(), nullptr);
+}
+
 TEST(CashFlowPlot, TheDefaultTextColourIsOneOpaqueBlack) {
   EXPECT_EQ(CashFlowPlot::defaultTextColor(), CashFlowPlot::defaultTextColor());
   EXPECT_EQ(CashFlowPlot::defaultTextColor()->components(), (std::vector<double>{0, 1}));
@@ -84,6 +104,27 @@ TEST(BarPlot, NoAmountsReachFromZeroToZero) {
   host.plot->setPlotData(plotAmounts({}));
   EXPECT_EQ(host.plot->_findMinAmount().min, 0);
   EXPECT_EQ(host.plot->_findMinAmount().max, 0);
+}
+
+// The option is looked up for each amount: one that has no truth value does no harm where there are none.
+TEST(BarPlot, AnOptionWithoutATruthValueRaisesOnlyWhereItIsAskedFor) {
+  Host host(600, 311, {{"AllValuesPositive", ValueArray{1}}});
+  EXPECT_NO_THROW(host.plot->setPlotData(plotAmounts({})));
+  EXPECT_NE(host.root->contents(), nullptr);
+  EXPECT_THROW(host.plot->setPlotData(plotAmounts({1})), NSException);
+}
+
+TEST(BarPlot, OptionsAreTakenByTheirTruthWhetherNumbersOrBooleans) {
+  for (const Value& yes : {Value(true), Value(1), Value(0.5), Value("YES"), Value("1")}) {
+    Host host(600, 311, {{"AllValuesPositive", yes}});
+    host.plot->setPlotData(plotAmounts({-20}));
+    EXPECT_EQ(host.plot->_findMinAmount().max, 20) << yes.description();
+  }
+  for (const Value& no : {Value(false), Value(0), Value(0.0), Value("NO"), Value("")}) {
+    Host host(600, 311, {{"AllValuesPositive", no}});
+    host.plot->setPlotData(plotAmounts({-20}));
+    EXPECT_EQ(host.plot->_findMinAmount().min, -20) << no.description();
+  }
 }
 
 // The widest value label, "100", is 39.96 points.
@@ -209,14 +250,58 @@ TEST(BarPlot, TheRenderContextLivesForAGenerationOnly) {
   EXPECT_EQ(NSGraphicsContext::currentContext(), nullptr);
 }
 
+// The failure that handing over those amounts ends with.
+std::optional<AssertionFailure> failureOf(BarPlot& plot, const std::vector<double>& given) {
+  std::optional<AssertionFailure> failure;
+  const auto earlier = NSAssertionHandler::setHandler([&](const AssertionFailure& each) { failure = each; });
+  EXPECT_THROW(plot.setPlotData(plotAmounts(given)), NSException);
+  NSAssertionHandler::setHandler(earlier);
+  return failure;
+}
+
 TEST(BarPlot, ALayerWithoutASizeFailsTheContextAssertion) {
   Host host(0, 0);
-  try {
-    host.plot->setPlotData(plotAmounts({1}));
-    FAIL() << "no exception";
-  } catch (const NSException& exception) {
-    EXPECT_EQ(exception.reason(), "Invalid parameter not satisfying: NULL != renderContext");
-  }
+  const auto failure = failureOf(*host.plot, {1});
+  ASSERT_TRUE(failure.has_value());
+  EXPECT_EQ(failure->text, "Invalid parameter not satisfying: NULL != renderContext");
+  EXPECT_EQ(failure->operation, "-[BarPlot generatePlot]");
+  EXPECT_EQ(failure->object, host.plot.get());
+  EXPECT_EQ(failure->file, "Classes/Plotting/BarPlot");
+  EXPECT_EQ(failure->line, 319);
+}
+
+// A layer less than 111 points high has no room for a plot, and what is below zero would lie above it.
+TEST(BarPlot, ABarBelowZeroThatWouldLieAboveItFailsItsAssertion) {
+  Host host(657, 61, withoutValueLabels());
+  const auto failure = failureOf(*host.plot, {100, -50});
+  ASSERT_TRUE(failure.has_value());
+  EXPECT_EQ(failure->text, "Invalid parameter not satisfying: bottom <= zeroLineY");
+  EXPECT_EQ(failure->operation, "-[BarPlot renderPlotBody]");
+  EXPECT_EQ(failure->file, "Classes/Plotting/BarPlot");
+  EXPECT_EQ(failure->line, 882);
+  EXPECT_EQ(host.plot->renderContext(), nullptr);
+  EXPECT_EQ(host.root->contents(), nullptr);
+}
+
+TEST(BarPlot, TheStepsOfAGenerationRunInTheirOrder) {
+  struct Ordered : BarPlot {
+    std::string steps;
+    void createXLabels() override {
+      steps += "x labels, ";
+      BarPlot::createXLabels();
+    }
+    void renderXGridlinesAndLabels() override {
+      steps += yTickmarks().empty() || barWidth() == 0 ? "too early, " : "x axis, ";
+      BarPlot::renderXGridlinesAndLabels();
+    }
+    void renderPlotBody() override {
+      steps += "body, ";
+      BarPlot::renderPlotBody();
+    }
+  };
+  PlotterHost<Ordered> host(600, 311);
+  host.plot->setPlotData(plotAmounts({1}));
+  EXPECT_EQ(host.plot->steps, "x labels, x axis, body, ");
 }
 
 // Lines at -50, 0, 50 and 100 over 200 points put zero at a third: 66 points above the plot's bottom at 56.

@@ -40,6 +40,16 @@ TEST(Background, FadesFromLightBlueAtTheBottomToWhiteAtTheTop) {
   EXPECT_EQ(drawn.gradients[0].gradient->stops()[1].color, (RGBA{1, 1, 1, 1}));
 }
 
+TEST(Labels, AreLucidaGrandeInTheDefaultTextColourCentredOrRightAligned) {
+  const TextAttributes &x = BarPlot::xLabelAttributes(), &y = BarPlot::yLabelAttributes();
+  EXPECT_EQ(x.font, NSFontWithName("Lucida Grande", 12));
+  EXPECT_EQ(y.font, NSFontWithName("Lucida Grande", 9));
+  EXPECT_EQ(x.paragraphStyle, NSParagraphStyle{NSTextAlignment::center});
+  EXPECT_EQ(y.paragraphStyle, NSParagraphStyle{NSTextAlignment::right});
+  for (const TextAttributes& attributes : {x, y}) EXPECT_EQ(attributes.color, CashFlowPlot::defaultTextColor());
+  EXPECT_EQ(&BarPlot::xLabelAttributes(), &x);
+}
+
 // Value labels are at most 16.2 points wide: the band is 20...37, ticks run from 49 to 57, the plot from 62.
 TEST(ValueAxis, ZeroCrossesThePlotAndOtherValuesHaveATick) {
   Host host(600, 311);

@@ -75,6 +75,21 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(Gridlines, TheSelfTestPasses) { EXPECT_NO_THROW(CashFlowPlot::_testGridlineGeneration()); }
 
+TEST(Gridlines, TheSelfTestComparesLineByLineWithinAHundredthAndNoLengths) {
+  EXPECT_TRUE(gridlines::areAsExpected({-1, 0.009, 1}, {-1, 0, 1}));
+  EXPECT_FALSE(gridlines::areAsExpected({-1, 0, 1.011}, {-1, 0, 1}));
+  EXPECT_TRUE(gridlines::areAsExpected({}, {-1, 0, 1}));
+  EXPECT_TRUE(gridlines::areAsExpected({-1, 0}, {-1, 0, 1}));
+  EXPECT_FALSE(gridlines::areAsExpected({-1, 0, 1, 2}, {-1, 0, 1}));
+}
+
+// Two lines cannot hold zero and an amount on each side of it.
+TEST(Gridlines, ATotalOfTwoAroundZeroStillEnds) {
+  EXPECT_EQ(compute(-1, 1, false, 2), (Gridlines{-1, 0, 1}));
+  EXPECT_EQ(compute(-1, 1, true, 2), (Gridlines{-1, 0, 1}));
+  EXPECT_EQ(compute(0, 3, true, 2), (Gridlines{0, 3}));
+}
+
 TEST(Gridlines, AOneSidedNegativeRangeIsAscendingWithExactlyTheTotal) {
   for (unsigned total = 2; total < 12; ++total) {
     const Gridlines lines = compute(-97, -13, false, total);
@@ -117,12 +132,41 @@ TEST(Gridlines, ARangeUpsideDownFailsItsAssertion) {
   EXPECT_EQ(failureOf(2, 1, false, 3), "Invalid parameter not satisfying: minAmount <= maxAmount");
 }
 
+TEST(Gridlines, AFailureNamesTheClassOperationAndItsFile) {
+  std::optional<AssertionFailure> failure;
+  const auto earlier = NSAssertionHandler::setHandler([&](const AssertionFailure& each) { failure = each; });
+  try {
+    compute(2, 1, false, 3);
+    ADD_FAILURE() << "no exception";
+  } catch (const NSException& exception) {
+    EXPECT_EQ(exception.name(), NSInternalInconsistencyException);
+    EXPECT_EQ(exception.reason(), "Invalid parameter not satisfying: minAmount <= maxAmount");
+  }
+  NSAssertionHandler::setHandler(earlier);
+  ASSERT_TRUE(failure.has_value());
+  EXPECT_EQ(failure->operation,
+            "+[CashFlowPlot computeGridlinesForMinAmount:maxAmount:zeroRequired:totalGridlineCount:]");
+  EXPECT_EQ(failure->object, nullptr);
+  EXPECT_EQ(failure->file, "Classes/Plotting/CashFlowPlot");
+}
+
+// A range that is upside down for no lines at all: the first check answers.
+TEST(Gridlines, ChecksAreMadeInOrder) {
+  EXPECT_EQ(failureOf(2, 1, true, 0), "Invalid parameter not satisfying: minAmount <= maxAmount");
+  EXPECT_EQ(failureOf(1, 2, true, 0), "Invalid parameter not satisfying: totalDivisionCount >= requiredDivisionCount");
+}
+
 TEST(Gridlines, AnAmountThatIsNoFiniteNumberFailsTheFirstAssertion) {
   const char* text = "Invalid parameter not satisfying: minAmount <= maxAmount";
   EXPECT_EQ(failureOf(kNaN, 1, true, 5), text);
   EXPECT_EQ(failureOf(0, kNaN, true, 5), text);
   EXPECT_EQ(failureOf(0, kInfinity, true, 5), text);
   EXPECT_EQ(failureOf(-kInfinity, 0, true, 5), text);
+}
+
+TEST(Gridlines, NothingButZeroIsOneLineWhateverTheTotal) {
+  for (unsigned total = 2; total < 20; ++total)
+    for (const bool zeroRequired : {false, true}) EXPECT_EQ(compute(0, 0, zeroRequired, total), Gridlines{0}) << total;
 }
 
 TEST(Gridlines, ATotalBelowTwoFailsItsAssertion) {
@@ -163,6 +207,9 @@ TEST(DisplayValue, SnapsDownFromLessThanATenthOfTheMagnitudeAbove) {
   EXPECT_EQ(gridlines::displayValue(-1020), -1020);
   EXPECT_EQ(gridlines::displayValue(3000), 3000);
   EXPECT_EQ(gridlines::displayValue(0), 0);
+  EXPECT_EQ(gridlines::displayValue(1099), 1000);
+  EXPECT_EQ(gridlines::displayValue(-1950), -2000);  // 50 above -2000
+  EXPECT_EQ(gridlines::displayValue(10), 10);
 }
 
 TEST(Fraction, IsClampedToTheFirstAndLastLine) {

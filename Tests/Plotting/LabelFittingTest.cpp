@@ -1,8 +1,12 @@
 // Rows of labels made to fit. Every character is 0.6 of the font size wide: 7.2 points at 12, 6.6 at 11 and 6 at 10.
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "Classes/Plotting/LabelFitting.h"
 #include "Foundation/Locale.h"
+#include "Foundation/NSAssertionHandler.h"
+#include "Foundation/NSException.h"
 #include "Foundation/NSLog.h"
 #include "Support/PlainDevice.h"
 
@@ -166,6 +170,55 @@ TEST_F(LabelFitting, OneGroupOfAllKeepsTheMiddleOverTheWholeRow) {
 }
 
 TEST_F(LabelFitting, NoLabelsMergeToNone) { EXPECT_TRUE(concatenated({}, 3).labels.empty()); }
+
+TEST_F(LabelFitting, FiveLabelsInThreesKeepTheMiddleOverTheThreeAroundIt) {
+  const LabelRow merged = concatenated(row({"0", "1", "2", "3", "4"}, 10), 3);
+  EXPECT_EQ(texts(merged), (std::vector<std::string>{"", "", "2", "", ""}));
+  EXPECT_EQ(merged.rects[2], CGRectMake(10, 34, 30, 15));
+  EXPECT_EQ(merged.rects[1], NSZeroRect);
+}
+
+// What the merge fails with; nothing when it does not.
+std::optional<std::string> failureOfMerging(const LabelRow& labels, size_t groupSize) {
+  std::optional<std::string> operation;
+  const auto earlier = NSAssertionHandler::setHandler([&](const AssertionFailure& failure) {
+    EXPECT_EQ(failure.text, "Invalid parameter not satisfying: HUGE != startX && -HUGE != endX");
+    EXPECT_EQ(failure.file, "Classes/Plotting/CashFlowPlot");
+    operation = failure.operation;
+  });
+  try {
+    concatenated(labels, groupSize);
+  } catch (const NSException& exception) {
+    EXPECT_EQ(exception.name(), NSInternalInconsistencyException);
+  }
+  NSAssertionHandler::setHandler(earlier);
+  return operation;
+}
+
+TEST_F(LabelFitting, AGroupWithAStartAndNoEndFailsItsAssertion) {
+  LabelRow three = row({"0", "1", "2"}, 10);
+  for (CGRect& rect : three.rects) rect.size.width = std::numeric_limits<double>::quiet_NaN();
+  EXPECT_EQ(failureOfMerging(three, 3), "+[CashFlowPlot _concatenateLabels:rects:intoGroupsOf:]");
+}
+
+TEST_F(LabelFitting, ATailWithoutASpanFailsTheSameAssertionAndAFullGroupDoesNot) {
+  LabelRow far = row({"0", "1", "2", "3", "4", "5"}, 10);
+  for (CGRect& rect : far.rects) rect.origin.x = 1e39;  // beyond any start
+  EXPECT_EQ(failureOfMerging(far, 3), std::nullopt);
+  far.labels.push_back(label("6"));
+  far.rects.push_back(far.rects[0]);
+  EXPECT_EQ(failureOfMerging(far, 3), "+[CashFlowPlot _concatenateLabels:rects:intoGroupsOf:]");
+}
+
+TEST_F(LabelFitting, AnExceptionLeavesTheCallersRowAsItWas) {
+  LabelRow far = row(std::vector<std::string>(7, "AAAAA"), 10);
+  for (CGRect& rect : far.rects) rect.origin.x = 1e39;
+  const LabelRow before = far;
+  NSSetLogSink([](std::string_view) {});
+  EXPECT_THROW(fit(far, 20), NSException);
+  EXPECT_EQ(far.labels, before.labels);
+  EXPECT_EQ(far.rects, before.rects);
+}
 
 TEST_F(LabelFitting, ARowThatFitsIsHandedBackUntouched) {
   const LabelRow before = row(kMonths, 60);
