@@ -2,16 +2,24 @@
 // first frame, in each frame of the wipe and in a pointer move over the line, and the memory that is kept afterwards
 // beyond the page's own objects. Prints milliseconds (medians, and the longest of the first) and megabytes.
 //
-// node Benchmarks/entries.mjs [--counts N,N,...] [--runs N]    the page's module must have been built into out/web
+// node Benchmarks/entries.mjs [--counts N,N,...] [--runs N] [--profile FILE]
+//
+// The page's module must have been built into out/web. --profile also writes a CPU profile of the runs, for the browser's
+// developer tools, and prints the functions that took most of the time; it is for one count.
 import { dirname, join } from 'node:path';
 import { fileURLToPath } from 'node:url';
 import { parseArgs } from 'node:util';
 import { chromium } from 'playwright-core';
 import { serve } from '../Tools/serve.mjs';
+import { startProfiling } from './profiler.mjs';
 
 const here = dirname(fileURLToPath(import.meta.url));
 const { values } = parseArgs({
-  options: { counts: { type: 'string', default: '1000,10000,100000,1000000' }, runs: { type: 'string', default: '12' } },
+  options: {
+    counts: { type: 'string', default: '1000,10000,100000,1000000' },
+    runs: { type: 'string', default: '12' },
+    profile: { type: 'string' },
+  },
 });
 const runs = Number(values.runs);
 const warmUps = 4;
@@ -111,7 +119,9 @@ try {
     };
     await page.evaluate(measure, { runs: 0, warmUps: 0 });
     const before = await memory();
+    const stopProfiling = values.profile && (await startProfiling(page, values.profile));
     const results = await page.evaluate(measure, { runs, warmUps });
+    if (stopProfiling) await stopProfiling();
     const after = await memory();
     const sorted = (times) => times.sort((a, b) => a - b);
     const median = (times) => sorted(times)[times.length >> 1].toFixed(2);

@@ -8,18 +8,17 @@
 //
 // --profile also writes a CPU profile of the runs, for the browser's developer tools, and prints the functions that
 // took most of the time.
-import { writeFileSync } from 'node:fs';
 import { dirname, join } from 'node:path';
 import { fileURLToPath } from 'node:url';
 import { parseArgs } from 'node:util';
 import { chromium } from 'playwright-core';
 import { serve } from '../Tools/serve.mjs';
+import { startProfiling } from './profiler.mjs';
 
 const here = dirname(fileURLToPath(import.meta.url));
 const { values } = parseArgs({ options: { runs: { type: 'string', default: '50' }, profile: { type: 'string' } } });
 const runs = Number(values.runs);
 const warmUps = 10;
-const mostFunctions = 30;
 
 // Runs in the page. Work of the main thread is timed where the page hands over to the element: around "SetPlotData" and
 // around every callback of an animation frame.
@@ -56,17 +55,6 @@ async function measure({ runs, warmUps }) {
   return results;
 }
 
-function printFunctions({ nodes, samples, timeDeltas }) {
-  const own = new Map();
-  const names = new Map(nodes.map(({ id, callFrame }) => [id, `${callFrame.functionName || '(anonymous)'} ${callFrame.url.split('/').pop()}:${callFrame.lineNumber + 1}`]));
-  samples.forEach((id, i) => own.set(names.get(id), (own.get(names.get(id)) ?? 0) + timeDeltas[i] / 1000));
-  [...own]
-    .filter(([name]) => !name.startsWith('(idle)') && !name.startsWith('(program)'))
-    .sort((a, b) => b[1] - a[1])
-    .slice(0, mostFunctions)
-    .forEach(([name, time]) => console.log(time.toFixed(1).padStart(9), name));
-}
-
 const server = await serve([here, join(here, '..', 'out', 'web')]);
 const browser = await chromium.launch({
   executablePath: '/usr/bin/chromium',
@@ -77,18 +65,9 @@ try {
   page.on('pageerror', (error) => console.error(error));
   await page.goto(`http://127.0.0.1:${server.address().port}/page.html`);
   await page.evaluate(() => customElements.whenDefined('zelkon-plot').then(() => {}));
-  const tools = values.profile && (await page.context().newCDPSession(page));
-  if (tools) {
-    await tools.send('Profiler.enable');
-    await tools.send('Profiler.setSamplingInterval', { interval: 100 });
-    await tools.send('Profiler.start');
-  }
+  const stopProfiling = values.profile && (await startProfiling(page, values.profile));
   const results = await page.evaluate(measure, { runs, warmUps });
-  if (tools) {
-    const { profile } = await tools.send('Profiler.stop');
-    writeFileSync(values.profile, JSON.stringify(profile));
-    printFunctions(profile);
-  }
+  if (stopProfiling) await stopProfiling();
   const line = (name, cells) => console.log(name.padEnd(36) + cells.map((cell) => cell.padStart(9)).join(''));
   line('milliseconds', ['median', '95 %', 'longest']);
   const row = (name, times) => {
