@@ -9,6 +9,11 @@ interface RoundingOptions {
   roundingMode?: string;
 }
 
+interface Formatter {
+  numbers: Intl.NumberFormat;
+  roundsHalfEven: boolean; // asking the engine costs more than formatting
+}
+
 // Engines without rounding modes round halves away from zero.
 function halfEven(value: number, digits: number): number {
   const shifted = value * 10 ** digits;
@@ -17,10 +22,11 @@ function halfEven(value: number, digits: number): number {
 
 export class LocaleRuntime {
   private readonly tag: string | undefined;
-  private readonly formatters = new Map<string, Intl.NumberFormat>();
+  private readonly formatters = new Map<string, Formatter>();
   private readonly decoder = new TextDecoder();
   private readonly encoder = new TextEncoder();
   private months: Map<string, number> | undefined;
+  private longestYear = 0; // months; 0 as long as nobody has asked
 
   // A language tag such as `de-DE` or `de_DE`; the page's own language when there is none or the engine rejects it.
   constructor(locale?: string) {
@@ -45,28 +51,29 @@ export class LocaleRuntime {
 
   // Of the longest year.
   monthsPerYear(): number {
-    const { calendar } = new Intl.DateTimeFormat(this.tag).resolvedOptions();
-    return /^(hebrew|coptic|ethiop)/.test(calendar) ? 13 : 12;
+    this.longestYear ||= /^(hebrew|coptic|ethiop)/.test(new Intl.DateTimeFormat(this.tag).resolvedOptions().calendar) ? 13 : 12;
+    return this.longestYear;
   }
 
   private format(value: number, code: string | null, digits: number): string {
     if (value === 0) value = 0; // drops the sign of a negative zero
     const wellFormed = code === null || /^[a-z]{3}$/i.test(code);
-    const formatter = this.formatter(wellFormed ? code : placeholderCode, Math.min(Math.max(digits, 0), 20));
-    if ((formatter.resolvedOptions() as RoundingOptions).roundingMode !== 'halfEven') value = halfEven(value, digits);
-    if (wellFormed) return formatter.format(value);
-    const parts = formatter.formatToParts(value);
+    const { numbers, roundsHalfEven } = this.formatter(wellFormed ? code : placeholderCode, Math.min(Math.max(digits, 0), 20));
+    if (!roundsHalfEven) value = halfEven(value, digits);
+    if (wellFormed) return numbers.format(value);
+    const parts = numbers.formatToParts(value);
     return parts.map((part) => (part.type === 'currency' ? code : part.value)).join('');
   }
 
-  private formatter(code: string | null, digits: number): Intl.NumberFormat {
+  private formatter(code: string | null, digits: number): Formatter {
     const key = `${digits}${code ?? ''}`;
     let formatter = this.formatters.get(key);
     if (!formatter) {
       if (this.formatters.size >= mostFormatters) this.formatters.clear();
       const options: Intl.NumberFormatOptions & RoundingOptions = { minimumFractionDigits: 0, maximumFractionDigits: digits, roundingMode: 'halfEven' };
       if (code !== null) Object.assign(options, { style: 'currency', currency: code });
-      formatter = new Intl.NumberFormat(this.tag, options as Intl.NumberFormatOptions);
+      const numbers = new Intl.NumberFormat(this.tag, options as Intl.NumberFormatOptions);
+      formatter = { numbers, roundsHalfEven: (numbers.resolvedOptions() as RoundingOptions).roundingMode === 'halfEven' };
       this.formatters.set(key, formatter);
     }
     return formatter;
