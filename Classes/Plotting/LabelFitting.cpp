@@ -77,10 +77,14 @@ class FontTrials {
   Outcome next(const LabelRow& row, double margin) {
     width_ -= kWidthStep;
     if (width_ >= kNarrowest) {
-      const auto trial = [&](size_t i) { return adjustedLabel(row.labels[i], size_, width_); };
+      const auto trial = [&](size_t i) {
+        if (i == sized_.size()) sized_.push_back(adjustedLabel(row.labels[i], size_, 0));
+        return adjustedLabel(sized_[i], 0, width_);
+      };
       return rowOverlaps(row.labels.size(), trial, row.rects, margin) ? Outcome::goOn : Outcome::fits;
     }
     size_ -= 1;
+    sized_.clear();
     if (!canAdjust(row.labels, size_)) return Outcome::exhausted;
     width_ = kBeforeFullWidth;
     return Outcome::goOn;
@@ -89,11 +93,14 @@ class FontTrials {
   void restart() {
     size_ = 0;
     width_ = kBeforeFullWidth;
+    sized_.clear();
   }
   std::vector<NSAttributedString> labels(const LabelRow& row) const { return adjusted(row.labels, size_, width_); }
 
  private:
   double size_ = 0, width_ = 0;
+  // As many of the row's labels as the trials at this size have looked at, in it.
+  std::vector<NSAttributedString> sized_;
 };
 
 class Span {
@@ -118,6 +125,68 @@ class Span {
   double start_ = kLargestFloat, end_ = -kLargestFloat;
   bool mustBeSet_ = false;
 };
+
+// What is left of a row that was merged, without the gaps.
+struct Groups {
+  LabelRow row;
+  std::vector<size_t> places;  // of each label in the whole row
+};
+
+Groups mergedIntoGroups(const LabelRow& row, size_t groupSize) {
+  Groups merged;
+  const size_t count = row.labels.size();
+  if (count == 0 || groupSize == 0) return merged;
+  const auto middle = static_cast<size_t>(std::floor(static_cast<float>(groupSize - 1) * 0.5f));
+  const auto keep = [&](size_t index, const Span& span) {
+    merged.row.labels.push_back(row.labels[index]);
+    merged.row.rects.push_back(span.over(row.rects[index]));
+    merged.places.push_back(index);
+  };
+
+  const size_t full = count / groupSize;
+  const bool hasTail = full * groupSize != count;
+  // The tail is no group of its own: the last full group gives way to one that reaches the end.
+  const size_t groups = hasTail && full > 0 ? full - 1 : full;
+  merged.row.labels.reserve(groups + 1);
+  merged.row.rects.reserve(groups + 1);
+  merged.places.reserve(groups + 1);
+  for (size_t group = 0; group < groups; ++group) {
+    Span span;
+    for (size_t i = 0; i < groupSize; ++i) span.add(row.rects[group * groupSize + i]);
+    keep(group * groupSize + middle, span);
+  }
+  if (!hasTail) return merged;
+
+  Span span;
+  span.requireSet();
+  const auto addFrom = [&](size_t first, size_t end) {
+    for (size_t i = first; i < std::min(end, count); ++i) span.add(row.rects[i]);
+  };
+  size_t kept;
+  if (full < 2) {
+    kept = static_cast<size_t>(std::max(0.0, std::ceil(static_cast<double>(count) * 0.5 - 1)));
+    const size_t half = groupSize / 2;
+    const size_t first = kept > half ? kept - half : 0;
+    addFrom(first, first + groupSize);
+  } else {
+    kept = count - groupSize + middle;
+    addFrom(count - groupSize, count);
+  }
+  keep(kept, span);
+  return merged;
+}
+
+// The row of so many places, empty between the groups.
+LabelRow spread(const Groups& groups, size_t count) {
+  LabelRow row;
+  row.labels.resize(count);
+  row.rects.resize(count, NSZeroRect);
+  for (size_t i = 0; i < groups.places.size(); ++i) {
+    row.labels[groups.places[i]] = groups.row.labels[i];
+    row.rects[groups.places[i]] = groups.row.rects[i];
+  }
+  return row;
+}
 
 LabelRow thinnedToMonths(const LabelRow& row, const std::vector<int>& months, int divisor) {
   LabelRow thinned;
@@ -165,70 +234,31 @@ bool canAdjust(const std::vector<NSAttributedString>& labels, double sizeDelta) 
 }
 
 LabelRow concatenated(const LabelRow& row, size_t groupSize) {
-  const size_t count = row.labels.size();
-  LabelRow merged;
-  merged.labels.resize(count);
-  merged.rects.resize(count, NSZeroRect);
-  if (count == 0 || groupSize == 0) return merged;
-  const auto middle = static_cast<size_t>(std::floor(static_cast<float>(groupSize - 1) * 0.5f));
-  const auto keep = [&](size_t index, const Span& span) {
-    merged.labels[index] = row.labels[index];
-    merged.rects[index] = span.over(row.rects[index]);
-  };
-
-  const size_t groups = count / groupSize;
-  for (size_t group = 0; group < groups; ++group) {
-    Span span;
-    for (size_t i = 0; i < groupSize; ++i) span.add(row.rects[group * groupSize + i]);
-    keep(group * groupSize + middle, span);
-  }
-  if (groups * groupSize == count) return merged;
-
-  // The tail is no group of its own: the last full group gives way to one that reaches the end.
-  if (groups > 0) {
-    const size_t last = (groups - 1) * groupSize + middle;
-    merged.labels[last] = {};
-    merged.rects[last] = NSZeroRect;
-  }
-  Span span;
-  span.requireSet();
-  const auto addFrom = [&](size_t first, size_t end) {
-    for (size_t i = first; i < std::min(end, count); ++i) span.add(row.rects[i]);
-  };
-  size_t kept;
-  if (groups < 2) {
-    kept = static_cast<size_t>(std::max(0.0, std::ceil(static_cast<double>(count) * 0.5 - 1)));
-    const size_t half = groupSize / 2;
-    const size_t first = kept > half ? kept - half : 0;
-    addFrom(first, first + groupSize);
-  } else {
-    kept = count - groupSize + middle;
-    addFrom(count - groupSize, count);
-  }
-  keep(kept, span);
-  return merged;
+  return spread(mergedIntoGroups(row, groupSize), row.labels.size());
 }
 
 void fit(LabelRow& row, double margin) {
   if (!overlap(row, margin)) return;
-  LabelRow working = row;
+  const size_t count = row.labels.size();
+  // Groups of one at first.
+  Groups groups{row, {}};
   FontTrials trials;
   size_t groupSize = 1;
-  const size_t count = row.labels.size();
   for (;;) {
-    const FontTrials::Outcome outcome = trials.next(working, margin);
+    const FontTrials::Outcome outcome = trials.next(groups.row, margin);
+    if (outcome == FontTrials::Outcome::goOn) continue;
     if (outcome == FontTrials::Outcome::fits) {
-      row = {trials.labels(working), std::move(working.rects)};
+      groups.row.labels = trials.labels(groups.row);
+      row = groupSize == 1 ? std::move(groups.row) : spread(groups, count);
       return;
     }
-    if (outcome == FontTrials::Outcome::goOn) continue;
     groupSize += 2;
     trials.restart();
     if (groupSize >= count) {
       row = concatenated(row, count);
       return;
     }
-    working = concatenated(row, groupSize);
+    groups = mergedIntoGroups(row, groupSize);
   }
 }
 
@@ -245,9 +275,14 @@ void fitMonths(LabelRow& row, double margin, const NSDateFormatter& formatter) {
       return;
     }
     if (outcome == FontTrials::Outcome::goOn) continue;
-    if (months.empty())
-      for (const NSAttributedString& label : row.labels)
-        months.push_back(NSCalendar::monthOfDate(formatter.monthFromString(label.string())));
+    if (months.empty()) {
+      for (size_t i = 0; i < row.labels.size(); ++i) {
+        // Of a month that has many labels one is read.
+        const std::string& text = row.labels[i].string();
+        const bool isSame = i > 0 && row.labels[i - 1].string() == text;
+        months.push_back(isSame ? months.back() : NSCalendar::monthOfDate(formatter.monthFromString(text)));
+      }
+    }
     const int divisor = level == 0 ? monthsPerYear / 4 : level == 1 ? monthsPerYear / 2 : 0;
     LabelRow thinned = thinnedToMonths(row, months, divisor);
     ++level;

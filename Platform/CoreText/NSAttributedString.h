@@ -56,9 +56,12 @@ class NSAttributedString {
   // The paragraph style at the first character or, without one, the default style.
   NSParagraphStyle paragraphStyle() const;
 
-  // Same text, every run's font replaced by what `change` makes of it.
+  // Same text, every run's font replaced by what `change` makes of it. The same handle when every font stays.
   template <typename Change>
   NSAttributedString withFonts(Change change) const {
+    bool isSame = true;
+    for (const Run& run : runs()) isSame = isSame && run.attributes.font == change(run.attributes.fontOrDefault());
+    if (isSame) return *this;
     std::vector<Run> changed = runs();
     for (Run& run : changed) run.attributes.font = change(run.attributes.fontOrDefault());
     return withRuns(std::move(changed));
