@@ -18,6 +18,14 @@ TextAttributes attributes(double size, NSTextAlignment alignment) {
   return {NSFontWithName("Lucida Grande", size), CashFlowPlot::defaultTextColor(), style};
 }
 
+// Neighbours of the same text share a label, and so its measurements.
+void addLabel(std::vector<NSAttributedString>& labels, const std::shared_ptr<const std::string>& text) {
+  if (!labels.empty() && labels.back().string() == *text)
+    labels.push_back(labels.back());
+  else
+    labels.emplace_back(text, BarPlot::xLabelAttributes());
+}
+
 }  // namespace
 
 const TextAttributes& BarPlot::xLabelAttributes() {
@@ -40,11 +48,10 @@ void BarPlot::createLabelSets() {
   longer.reserve(count);
   for (size_t i = 0; i < count; ++i) {
     const PlotEntryRef entry = plotData()->entry(i);
-    longer.emplace_back(entry->humanX, xLabelAttributes());
-    if (entry->mediumHumanX) medium.emplace_back(entry->mediumHumanX, xLabelAttributes());
-    if (entry->shortHumanX) shorter.emplace_back(entry->shortHumanX, xLabelAttributes());
-    if (entry->shortHumanXSubtitle.isString())
-      subtitles.emplace_back(entry->shortHumanXSubtitle.sharedString(), xLabelAttributes());
+    addLabel(longer, entry->humanX);
+    if (entry->mediumHumanX) addLabel(medium, entry->mediumHumanX);
+    if (entry->shortHumanX) addLabel(shorter, entry->shortHumanX);
+    if (entry->shortHumanXSubtitle.isString()) addLabel(subtitles, entry->shortHumanXSubtitle.sharedString());
   }
   xLabels_ = std::move(longer);
   xMediumLabels_ = std::move(medium);

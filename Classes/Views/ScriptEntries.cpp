@@ -14,7 +14,10 @@ enum Column : size_t { humanX, mediumHumanX, shortHumanX, shortHumanXSubtitle, h
 const std::vector<std::string_view> kKeys = {"humanX", "mediumHumanX", "shortHumanX", "shortHumanXSubtitle", "humanY",
                                              "y"};
 
-PlotEntry::Text textOrNothing(const Value& value) { return value.length() > 0 ? value.sharedString() : nullptr; }
+PlotEntry::Text textOrNothing(const Value& value) {
+  const bool isEmpty = value.isString() ? value.string().empty() : value.length() == 0;
+  return isEmpty ? nullptr : value.sharedString();
+}
 
 // An entry of which everything but its amount is known.
 std::shared_ptr<PlotEntry> namedEntry(const Value cells[]) {

@@ -35,6 +35,7 @@ async function compile(): Promise<WebAssembly.Module> {
 
 const encoder = new TextEncoder();
 const decoder = new TextDecoder();
+const shortText = 64;
 
 export class Instance {
   readonly canvas = new CanvasRuntime();
@@ -168,6 +169,17 @@ export class Instance {
     return this.module.HEAPU8.subarray(at >>> 0, (at >>> 0) + length);
   }
 
+  // Writes the text down if it has nothing but ASCII. For short ones that is faster than any encoder is called.
+  private putLetters(text: string, at: number): boolean {
+    const bytes = this.module.HEAPU8;
+    for (let i = 0; i < text.length; ++i) {
+      const unit = text.charCodeAt(i);
+      if (unit > 0x7f) return false;
+      bytes[at + i] = unit;
+    }
+    return true;
+  }
+
   private text(at: number, length: number): string {
     return decoder.decode(this.bytes(at, length));
   }
@@ -223,6 +235,7 @@ export class Instance {
       tableRelease: (number: number) => this.releaseTable(number),
       tableText: (number: number, cell: number, at: number, capacity: number) => {
         const text = this.tables.get(number)!.table.value(cell) as string;
+        if (text.length <= Math.min(shortText, capacity) && this.putLetters(text, at >>> 0)) return text.length;
         const { read, written } = encoder.encodeInto(text, this.bytes(at, capacity));
         // A unit takes three bytes at most.
         return read === text.length ? written : 3 * text.length;

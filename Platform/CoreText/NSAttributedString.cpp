@@ -28,6 +28,15 @@ bool sameAttributes(const TextAttributes& a, const TextAttributes& b) {
   return a.font == b.font && sameColor(a.color, b.color) && a.paragraphStyle == b.paragraphStyle;
 }
 
+// Whether the text has neither control characters nor line ends. U+2028 and U+2029 begin with the byte E2; what else
+// does is laid out like them.
+bool isPlainLine(const std::string& text) {
+  return std::none_of(text.begin(), text.end(), [](char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return byte < 0x20 || byte == 0x7F || byte == 0xE2;
+  });
+}
+
 size_t atCodePoint(const std::string& text, size_t offset) {
   offset = std::min(offset, text.size());
   while (offset > 0 && offset < text.size() && (static_cast<unsigned char>(text[offset]) & 0xC0) == 0x80) --offset;
@@ -125,10 +134,17 @@ CGSize NSAttributedString::size() const {
   const unsigned long installation = GraphicsDevice::installations();
   if (contents_->size && contents_->sizeInstallation == installation) return *contents_->size;
   CGSize size;
-  CTTypesetter typesetter(*this, NSLineBreakMode::clipping);
-  while (const std::optional<CTLine> line = typesetter.nextLine(0)) {
-    size.width = std::max(size.width, line->width);
-    size.height += CTCompatibleLineHeight(*line);
+  const std::string& text = string();
+  if (runs().size() == 1 && isPlainLine(text)) {
+    // Nothing needs to be laid out; the empty line at the end is as high.
+    const CTLine end = CTLineCreateWithRange(*this, text.size(), text.size());
+    size = {CTTextAdvance(runs().front().attributes.fontOrDefault(), text), CTCompatibleLineHeight(end)};
+  } else {
+    CTTypesetter typesetter(*this, NSLineBreakMode::clipping);
+    while (const std::optional<CTLine> line = typesetter.nextLine(0)) {
+      size.width = std::max(size.width, line->width);
+      size.height += CTCompatibleLineHeight(*line);
+    }
   }
   contents_->size = size;
   contents_->sizeInstallation = installation;
