@@ -1,0 +1,13 @@
+// The drawing device, fonts and resources that all targets of a process share.
+#pragma once
+
+#include "Hosts/Headless/ScenarioPlayer.h"
+
+namespace zelkon {
+
+inline HeadlessServices& fuzzServices() {
+  static HeadlessServices installed;
+  return installed;
+}
+
+}  // namespace zelkon
