@@ -9,7 +9,8 @@ import { flags, root } from './browser.mjs';
 
 export const command = join(root, 'build/native-debug/bin/zelkon-plot');
 
-// Gives a folder that is taken away after the test, and `play(scenario, scale)`, which plays in a page of its own.
+// Gives a folder that is taken away after the test, `play(scenario, scale)`, which plays in a page of its own, and
+// `playAll(scenarios)`, which plays one after another in one page.
 export async function openPlayer(context) {
   const folder = mkdtempSync(join(tmpdir(), 'zelkon-scenarios-'));
   await build({
@@ -34,13 +35,23 @@ export async function openPlayer(context) {
 
 
   writeFileSync(join(folder, 'index.html'), '<!doctype html><html lang="en"><title>scenario</title><script type="module" src="player.js"></script>');
+  const openPage = async (locale) => {
+    const page = await browser.newPage({ locale });
+    await page.goto(`http://127.0.0.1:${server.address().port}/`);
+    await page.waitForFunction(() => window.play);
+    return page;
+  };
   return {
     folder,
+    async playAll(scenarios) {
+      const page = await openPage('en-US');
+      const played = [];
+      for (const scenario of scenarios) played.push(await page.evaluate((given) => window.play(given), scenario));
+      await page.close();
+      return played;
+    },
     async play(scenario, scale = 1) {
-      const locale = (scenario.locale ?? 'en_US').replace('_', '-');
-      const page = await browser.newPage({ locale });
-      await page.goto(`http://127.0.0.1:${server.address().port}/`);
-      await page.waitForFunction(() => window.play);
+      const page = await openPage((scenario.locale ?? 'en_US').replace('_', '-'));
       const played = await page.evaluate(([given, pixels]) => window.play(given, pixels), [scenario, scale]);
       await page.close();
       return played;
