@@ -41,4 +41,51 @@ test('entries of amounts over time', async (context) => {
     assert.deepEqual(await page.evaluate('errors'), []);
     assert.ok(!page.lines.some((line) => line.startsWith('uncaught')), page.lines.join('\n'));
   });
+
+  await context.test('what ends a call is logged, in the order of asking, and later data are shown as if nothing had been', async () => {
+    const guard = 'Exception thrown while processing javascript bridge at [SpendingOverTimeBarView js_setPlotData:].';
+    const assertion = '*** Assertion failure in -[SpendingOverTimeBarView js_setPlotData:], Classes/Views/BarOrLineView:343';
+    const unreadable = [assertion, guard, 'Invalid parameter not satisfying: didScanYValue'];
+    const noLength = (name) => [guard, `-[${name} length]: unrecognized selector sent to instance`];
+    // What the page hands over, the periods that are shown of it (none: there is no chart yet), and the lines of the log.
+    const cases = [
+      // What is missing is asked for before what is wrong, and what an entry needs before what it may have.
+      ['[good, { ...good, humanX: "", humanY: 5, y: "abc" }, last]', ['good', 'last']],
+      ['[good, { ...good, humanX: 5, humanY: "" }, last]', undefined, noLength('NSCFNumber')],
+      ['[good, { ...good, y: "abc", shortHumanX: 5 }, last]', undefined, unreadable],
+      ['[good, { ...good, shortHumanX: 5 }, { ...good, y: "abc" }]', undefined, noLength('NSCFNumber')],
+      ['[good, { ...good, y: "abc" }, { ...good, shortHumanX: 5 }]', undefined, unreadable],
+      ['[good, null, { ...good, y: "abc" }]', ['good']],
+      ['[good, , last]', ['good']],
+      ['({ 0: good, 1: Object.assign(() => 1, last) })', ['good', 'last']],
+      ['[good, { ...good, humanX: new String("A") }]', undefined, noLength('WebScriptObject')],
+      ['[good, { ...good, y: "\u00a0 12.5 EUR" }, { ...last, y: "9".repeat(40) }]', ['good', 'good', 'last']],
+      ['[good, { ...good, y: "\u22125" }]', undefined, unreadable],
+      ['[good, { ...good, y: "\uff11" }]', undefined, unreadable],
+      ['[good, { ...good, get y() { throw new Error("no amount"); } }]', undefined, [guard, 'The page threw while its data was read: Error: no amount']],
+      ['[good, { ...good, get humanX() { throw null; } }]', undefined, [guard, 'The page threw while its data was read: null']],
+    ];
+    const script = `
+      const good = { humanX: 'good', humanY: '$1', y: '1' }, last = { humanX: 'last', humanY: '$2', y: '2' };
+      const see = async (data) => {
+        pie.setAttribute('plot', 'spendingOverTimeBarOrLine');
+        calls.length = 0;
+        pie.SetPlotOptions([{ key: 'DisplayYLabels', value: false }]);
+        pie.SetPlotData(data);
+        await frames(3);
+        const told = calls.length;
+        pie.SetPlotData([last]);
+        await frames(3);
+        const periods = () => [...pie.shadowRoot.querySelectorAll('tbody th')].map((cell) => cell.textContent);
+        while (periods().length === 0) await new Promise((resolve) => setTimeout(resolve, 10));
+        return { told, periods: periods(), calls: calls.length };
+      };`;
+    const page = await browser.open(chart, script, { reducedMotion: 'reduce' });
+    for (const [data, shown, lines = []] of cases) {
+      page.lines.length = 0;
+      assert.deepEqual(await page.evaluate(`see(${data})`), { told: shown ? 1 : 0, periods: shown ?? ['last'], calls: 1 }, data);
+      assert.deepEqual(page.lines.map((line) => line.replace(/ 0x[0-9a-f]+$/, '')), lines, data);
+    }
+    assert.deepEqual(await page.evaluate('errors'), []);
+  });
 });
