@@ -3,6 +3,8 @@
 
 // A well-formed code that no country uses: it is shown as itself, placed and spaced as currencies are.
 const placeholderCode = 'QQQ';
+// Shown everywhere as a symbol, beside which many locales set no space.
+const symbolCode = 'EUR';
 const mostFormatters = 64;
 
 interface RoundingOptions {
@@ -57,11 +59,15 @@ export class LocaleRuntime {
 
   private format(value: number, code: string | null, digits: number): string {
     if (value === 0) value = 0; // drops the sign of a negative zero
+    digits = Math.min(Math.max(digits, 0), 20);
     const wellFormed = code === null || /^[a-z]{3}$/i.test(code);
-    const { numbers, roundsHalfEven } = this.formatter(wellFormed ? code : placeholderCode, Math.min(Math.max(digits, 0), 20));
+    const { numbers, roundsHalfEven } = this.formatter(wellFormed ? code : placeholderCode, digits);
     if (!roundsHalfEven) value = halfEven(value, digits);
     if (wellFormed) return numbers.format(value);
-    const parts = numbers.formatToParts(value);
+    let parts = numbers.formatToParts(value);
+    const place = (type: string) => parts.findIndex((part) => part.type === type);
+    const besideDigits = place('currency') < place('integer') ? /[\p{S}\p{Z}]$|^$/u : /^[\p{S}\p{Z}]|^$/u;
+    if (besideDigits.test(code)) parts = this.formatter(symbolCode, digits).numbers.formatToParts(value);
     return parts.map((part) => (part.type === 'currency' ? code : part.value)).join('');
   }
 

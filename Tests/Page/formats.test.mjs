@@ -10,7 +10,7 @@ import { build } from 'esbuild';
 import { openBrowser, root } from './browser.mjs';
 
 const locales = ['en_US', 'en_GB', 'de_DE', 'fr_FR', 'ja_JP', 'pt_BR', 'de_CH', 'ar_EG'];
-const codes = [null, 'USD', 'EUR', 'GBP', 'JPY', 'CHF', 'NOPE'];
+const codes = [null, 'USD', 'EUR', 'GBP', 'JPY', 'CHF', 'NOPE', '', '€', 'R$', '$x', ' '];
 
 // Where the two libraries' data differ; Documentation/Deviations.md says how. What is named here is taken out of the
 // page's text before it is compared.

@@ -316,6 +316,17 @@ TEST_F(LabelFitting, MonthsThatNeverFitPairTheHalfYearLabelsWithTheJanuaryRects)
   for (size_t i = 1; i < 12; ++i) EXPECT_EQ(fitted.rects[i], NSZeroRect) << i;
 }
 
+TEST_F(LabelFitting, EveryWidthIsTriedAtEverySizeOfEveryLevelOfMonths) {
+  LabelRow fitted = row(kMonths, 60, NSTextAlignment::natural);
+  fitMonths(fitted, 1, {});
+  // On entry and at three widths of 12 points, four of 11 and of 10, the second label ends the test. The labels of
+  // before are tested against the rectangles of quarters, and those of quarters against the half years': their second
+  // has no room. Quarters and half years begin again with no width taken off.
+  const size_t months = 2 * (1 + 3 + 4 + 4), level = 1 + 2 * (4 + 4 + 4);
+  EXPECT_EQ(labelsLookedAt(), months + level + level);
+  EXPECT_EQ(texts(fitted), (std::vector<std::string>{"Jan", "", "", "", "", "", "Jul", "", "", "", "", ""}));
+}
+
 TEST_F(LabelFitting, TheAttemptsLabelsAreHandedBackWhenTheyFitTheThinnedRects) {
   LabelRow fitted = row({"Jan", "Jul"}, 10);
   fitted.rects[1].origin.x = 100;
