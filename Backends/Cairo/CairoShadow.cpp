@@ -4,7 +4,6 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
-#include <vector>
 
 namespace zelkon {
 
@@ -54,17 +53,8 @@ ShadowMask shadowMask(cairo_surface_t* drawing, PixelBox visible, double sigma, 
   cairo_surface_flush(mask.alpha.get());
   uint8_t* data = cairo_image_surface_get_data(mask.alpha.get());
   if (!data) return {};
-  if (!(sigma > 0)) return mask;
-
   const auto stride = static_cast<size_t>(cairo_image_surface_get_stride(mask.alpha.get()));
-  const auto columns = static_cast<size_t>(width), rows = static_cast<size_t>(height);
-  std::vector<float> values(columns * rows);
-  for (size_t y = 0; y < rows; ++y)
-    for (size_t x = 0; x < columns; ++x) values[y * columns + x] = data[y * stride + x];
-  gaussianBlur(values, width, height, sigma * resolution);
-  for (size_t y = 0; y < rows; ++y)
-    for (size_t x = 0; x < columns; ++x)
-      data[y * stride + x] = static_cast<uint8_t>(std::clamp(values[y * columns + x] + 0.5f, 0.0f, 255.0f));
+  gaussianBlur(data, stride, width, height, sigma * resolution);
   cairo_surface_mark_dirty(mask.alpha.get());
   return mask;
 }
