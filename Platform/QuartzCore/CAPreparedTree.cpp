@@ -59,9 +59,17 @@ bool CAPreparedLayer::hasShadow() const {
          std::isfinite(shown->shadowOffset.height) && std::isfinite(shown->shadowRadius);
 }
 
+bool CAPreparedLayer::overlays() const {
+  return shown->compositingFilter && std::holds_alternative<CIOverlayBlendMode>(*shown->compositingFilter);
+}
+
+bool CAPreparedLayer::isOnlyGenerator() const {
+  return generator != nullptr && !hasShadow() && !mask && brightness == 1 && !overlays();
+}
+
 bool CAPreparedLayer::isGroup(const CGContext& context) const {
   if (hasShadow() || mask || generator != nullptr || brightness != 1) return true;
-  if (shown->compositingFilter && std::holds_alternative<CIOverlayBlendMode>(*shown->compositingFilter)) return true;
+  if (overlays()) return true;
   if (!(alpha < 1)) return false;
   const int own = (shown->backgroundColor ? 1 : 0) + (shown->contents || shown->fadingContents ? 1 : 0) +
                   (shown->borderWidth > 0 ? 1 : 0);

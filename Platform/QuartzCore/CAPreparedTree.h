@@ -28,6 +28,9 @@ struct CAPreparedLayer {
   std::shared_ptr<const CAPreparedTree> mask;     // null without one; empty when the mask shows nothing
 
   bool hasShadow() const;
+  bool overlays() const;  // its compositing filter
+  // Whether all that it shows is its generator, which takes the opacity as it is painted.
+  bool isOnlyGenerator() const;
   // Whether it has to be finished by itself before it meets what lies beneath in `context`.
   bool isGroup(const CGContext& context) const;
 };

@@ -20,12 +20,13 @@ CGShadow shadowOf(const CALayerProperties& p, const CGAffineTransform& ctm) {
   return shadow;
 }
 
-CGBlendMode blendOf(const CALayerProperties& p) {
-  const bool overlays = p.compositingFilter && std::holds_alternative<CIOverlayBlendMode>(*p.compositingFilter);
-  return overlays ? CGBlendMode::overlay : CGBlendMode::normal;
+CGBlendMode blendOf(const CAPreparedLayer& prepared) {
+  return prepared.overlays() ? CGBlendMode::overlay : CGBlendMode::normal;
 }
 
 constexpr double pixelTolerance = 1e-6;
+
+bool isWhole(double pixels) { return std::abs(pixels - std::round(pixels)) < pixelTolerance; }
 
 }  // namespace
 
@@ -53,17 +54,17 @@ bool CATreePainter::enter(const std::vector<CAPreparedLayer>& layers, size_t ind
   if (CGRectIsEmpty(prepared.shadowed)) return false;
   const bool moving = prepared.moves || (!open_.empty() && open_.back().moving);
   context_.saveGState();
-  Open open{index, 0, false, moving};
+  Open open{index, 0, false, false, moving};
   if (placed) {
     context_.concatCTM(prepared.toSuperlayer);
-    if (prepared.isGroup(context_)) {
-      if (paintPicture(layers, index, moving)) {
-        context_.restoreGState();
-        return false;
-      }
+    if (prepared.isGroup(context_) && paintPicture(layers, index, moving)) {
+      context_.restoreGState();
+      return false;
+    }
+    if (prepared.isGroup(context_) && !prepared.isOnlyGenerator()) {
       CGGroupEffects effects;
       effects.alpha = prepared.alpha;
-      effects.blend = blendOf(p);
+      effects.blend = blendOf(prepared);
       context_.beginGroup(effects, prepared.shadowed);
       ++open.groups;
     } else {
@@ -77,6 +78,11 @@ bool CATreePainter::enter(const std::vector<CAPreparedLayer>& layers, size_t ind
     if (prepared.hasShadow()) effects.shadow = shadowOf(p, context_.ctm());
     context_.beginGroup(effects, prepared.painted);
     ++open.groups;
+  }
+  if (const CAPreparedLayer* mask = maskOnPixels(prepared)) {
+    context_.saveGState();
+    context_.clipToRect(CGRectApplyAffineTransform(mask->shown->bounds, mask->toSuperlayer));
+    open.clippedToMask = true;
   }
   if (prepared.generator != nullptr) {
     paintGenerator(*prepared.generator, p.bounds);
@@ -117,7 +123,14 @@ void CATreePainter::leave(const std::vector<CAPreparedLayer>& layers) {
   const CAPreparedLayer& prepared = layers[open.index];
   if (open.clipped) context_.restoreGState();
   if (prepared.generator == nullptr) CALayerPaintBorder(context_, *prepared.shown, scale_);
-  if (prepared.mask) {
+  if (open.clippedToMask) {
+    const CAPreparedLayer& mask = prepared.mask->layers().front();
+    context_.concatCTM(mask.toSuperlayer);
+    context_.setAlpha(mask.alpha);
+    context_.setBlendMode(CGBlendMode::destinationIn);
+    paintGenerator(*mask.generator, mask.shown->bounds);
+    context_.restoreGState();
+  } else if (prepared.mask) {
     // What the mask covers stays, as far as it covers it.
     CGGroupEffects effects;
     effects.blend = CGBlendMode::destinationIn;
@@ -129,9 +142,22 @@ void CATreePainter::leave(const std::vector<CAPreparedLayer>& layers) {
   context_.restoreGState();
 }
 
+const CAPreparedLayer* CATreePainter::maskOnPixels(const CAPreparedLayer& prepared) const {
+  if (!prepared.mask || prepared.mask->layers().size() != 1 || context_.prefersRecordings()) return nullptr;
+  const CAPreparedLayer& mask = prepared.mask->layers().front();
+  if (!mask.isOnlyGenerator() || !(mask.generator->inputRadius > 0)) return nullptr;
+  const CGAffineTransform t = CGAffineTransformConcat(mask.toSuperlayer, context_.ctm());
+  const CGRect rect = mask.shown->bounds;
+  const auto areWhole = [&](double from, double to, double factor, double move) {
+    return isWhole((from * factor + move) * scale_) && isWhole((to * factor + move) * scale_);
+  };
+  const bool lies = t.b == 0 && t.c == 0 && areWhole(CGRectGetMinX(rect), CGRectGetMaxX(rect), t.a, t.tx) &&
+                    areWhole(CGRectGetMinY(rect), CGRectGetMaxY(rect), t.d, t.ty);
+  return lies ? &mask : nullptr;
+}
+
 bool CATreePainter::liesOnPixels() const {
   const CGAffineTransform& t = context_.ctm();
-  const auto isWhole = [](double value) { return std::abs(value - std::round(value)) < pixelTolerance; };
   return t.a == 1 && t.b == 0 && t.c == 0 && t.d == 1 && isWhole(t.tx * scale_) && isWhole(t.ty * scale_);
 }
 
@@ -148,7 +174,7 @@ bool CATreePainter::paintPicture(const std::vector<CAPreparedLayer>& layers, siz
       [&](CGContext& context) { CATreePainter(context, scale_, nullptr).paintFlattened(layers, index); });
   if (picture == nullptr) return false;
   context_.setAlpha(prepared.alpha);
-  context_.setBlendMode(blendOf(*prepared.shown));
+  context_.setBlendMode(blendOf(prepared));
   context_.drawImage(picture->rect, picture->image);
   return true;
 }

@@ -19,6 +19,7 @@ class CATreePainter {
     size_t index;
     int groups;
     bool clipped;
+    bool clippedToMask;
     bool moving;
   };
   // The subtree without its place, its opacity and its way of mixing: what its picture holds.
@@ -29,6 +30,9 @@ class CATreePainter {
   void paintGenerator(const CIGaussianGradient& generator, CGRect bounds);
   void leave(const std::vector<CAPreparedLayer>& layers);
   bool paintPicture(const std::vector<CAPreparedLayer>& layers, size_t index, bool moving);
+  // The mask when it is nothing but a generator whose edges cut no pixel: with all that is painted clipped to it, it
+  // can be painted over that without a group of its own. Null otherwise.
+  const CAPreparedLayer* maskOnPixels(const CAPreparedLayer& prepared) const;
   bool liesOnPixels() const;
 
   CGContext& context_;
