@@ -1,6 +1,6 @@
 #include "Backends/Cairo/PNGEncoder.h"
 
-#include <libdeflate.h>
+#include <isa-l.h>
 
 #include <algorithm>
 #include <array>
@@ -19,8 +19,9 @@ constexpr uint8_t bitsPerComponent = 8, redGreenBlueAlpha = 6;
 // Each byte is written as its difference from the one above: charts are areas of one colour and soft shades, where most
 // of these are 0 or close to it.
 constexpr uint8_t differencesFromAbove = 2;
-// Of 1 to 12. For charts the higher levels take much longer and save little.
-constexpr int compressionLevel = 2;
+// Of 0 to 3: the least one whose codes follow the picture.
+constexpr uint32_t compressionLevel = 1;
+constexpr size_t chunkBytes = 1 << 16;  // compressed at once, and made room for at once
 
 void appendNumber(std::string& out, size_t number) {
   for (int shift = 24; shift >= 0; shift -= 8) out.push_back(static_cast<char>(number >> shift));
@@ -36,7 +37,8 @@ void appendChunk(std::string& out, const char* name, Write write) {
   std::string length;
   appendNumber(length, out.size() - start - 8);
   out.replace(start, length.size(), length);
-  appendNumber(out, libdeflate_crc32(0, out.data() + start + 4, out.size() - start - 4));
+  const auto* bytes = reinterpret_cast<const unsigned char*>(out.data() + start + 4);
+  appendNumber(out, crc32_gzip_refl(0, bytes, out.size() - start - 4));
 }
 
 // Multiplying by these and taking the upper half of the product divides numbers below 65536 by 1 to 255.
@@ -58,67 +60,86 @@ uint32_t plain(uint32_t argb) {
   return alpha << 24 | component(16) | component(8) | component(0);
 }
 
+// With red in the lowest byte instead of blue.
+uint32_t redFirst(uint32_t argb) { return (argb & 0xff00ff00) | (argb >> 16 & 255) | (argb & 255) << 16; }
+
 // Byte by byte, without borrowing from the next.
 uint32_t difference(uint32_t a, uint32_t b) {
   constexpr uint32_t tops = 0x80808080;
   return ((a | tops) - (b & ~tops)) ^ ((a ^ ~b) & tops);
 }
 
-// With red in the lowest byte instead of blue.
-uint32_t redFirst(uint32_t argb) { return (argb & 0xff00ff00) | (argb >> 16 & 255) | (argb & 255) << 16; }
-
-// The differences of plain components between two rows of premultiplied pixels.
-void subtractPixels(const uint32_t* row, const uint32_t* above, size_t count, uint32_t* out) {
-  for (size_t x = 0; x < count; ++x)
-    out[x] = row[x] == above[x] ? 0 : redFirst(difference(plain(row[x]), plain(above[x])));
-}
-
-// The same with the quicker ways for many pixels without a colour, or all opaque: such lie next to each other.
+// The differences of plain components between two rows of premultiplied pixels. Pixels without a colour, and opaque
+// ones, lie next to each other and are quicker.
 void subtractRows(const uint32_t* row, const uint32_t* above, size_t width, uint32_t* out) {
   constexpr size_t step = 16;
-  size_t x = 0;
-  for (; x + step <= width; x += step) {
+  for (size_t x = 0; x < width; x += step) {
+    const size_t end = std::min(x + step, width);
     uint32_t all = ~uint32_t{0}, any = 0;
-    for (size_t i = x; i < x + step; ++i) {
+    for (size_t i = x; i < end; ++i) {
       all &= row[i] & above[i];
       any |= row[i] | above[i];
     }
     if (any == 0)
-      std::fill(out + x, out + x + step, 0);
+      std::fill(out + x, out + end, 0);
     else if (all >> 24 == 255)
-      for (size_t i = x; i < x + step; ++i) out[i] = redFirst(difference(row[i], above[i]));
+      for (size_t i = x; i < end; ++i) out[i] = redFirst(difference(row[i], above[i]));
     else
-      subtractPixels(row + x, above + x, step, out + x);
+      for (size_t i = x; i < end; ++i)
+        out[i] = row[i] == above[i] ? 0 : redFirst(difference(plain(row[i]), plain(above[i])));
   }
-  subtractPixels(row + x, above + x, width - x, out + x);
 }
 
-// All rows as the file has them before compression, each behind the number of its filter.
-std::vector<uint8_t> filteredRows(const uint8_t* pixels, size_t width, size_t height, size_t stride) {
-  std::vector<uint8_t> rows(height * (1 + width * sizeof(uint32_t)));
-  std::vector<uint32_t> nothing(width), differences(width);
+// Appends what it is given to a string as one compressed stream.
+class Deflater {
+ public:
+  explicit Deflater(std::string& out) : out_(out), stream_(new isal_zstream), levelBuffer_(ISAL_DEF_LVL1_DEFAULT) {
+    isal_deflate_init(stream_.get());
+    stream_->level = compressionLevel;
+    stream_->level_buf = levelBuffer_.data();
+    stream_->level_buf_size = static_cast<uint32_t>(levelBuffer_.size());
+    stream_->gzip_flag = IGZIP_ZLIB;
+  }
+  void add(std::vector<uint8_t>& bytes, bool isEnd) {
+    stream_->next_in = bytes.data();
+    stream_->avail_in = static_cast<uint32_t>(bytes.size());
+    stream_->end_of_stream = isEnd ? 1 : 0;
+    do {
+      const size_t size = out_.size();
+      out_.resize(size + chunkBytes);
+      stream_->next_out = reinterpret_cast<uint8_t*>(out_.data() + size);
+      stream_->avail_out = chunkBytes;
+      isal_deflate(stream_.get());
+      out_.resize(out_.size() - stream_->avail_out);
+    } while (stream_->avail_out == 0);
+  }
+
+ private:
+  std::string& out_;
+  std::unique_ptr<isal_zstream> stream_;
+  std::vector<uint8_t> levelBuffer_;
+};
+
+void appendRows(std::string& out, const uint8_t* pixels, size_t width, size_t height, size_t stride) {
+  Deflater deflater(out);
+  const std::vector<uint32_t> nothing(width);
+  std::vector<uint32_t> differences(width);
+  std::vector<uint8_t> chunk;
+  const size_t rowBytes = width * sizeof(uint32_t);
+  chunk.reserve(chunkBytes + 1 + rowBytes);
   const uint32_t* above = nothing.data();
-  uint8_t* out = rows.data();
   for (size_t y = 0; y < height; ++y) {
     const auto* row = reinterpret_cast<const uint32_t*>(pixels + y * stride);
     subtractRows(row, above, width, differences.data());
-    *out++ = differencesFromAbove;
-    std::memcpy(out, differences.data(), width * sizeof(uint32_t));
-    out += width * sizeof(uint32_t);
     above = row;
+    const auto* bytes = reinterpret_cast<const uint8_t*>(differences.data());
+    chunk.push_back(differencesFromAbove);
+    chunk.insert(chunk.end(), bytes, bytes + rowBytes);
+    const bool isEnd = y + 1 == height;
+    if (chunk.size() < chunkBytes && !isEnd) continue;
+    deflater.add(chunk, isEnd);
+    chunk.clear();
   }
-  return rows;
-}
-
-using Compressor = std::unique_ptr<libdeflate_compressor, decltype(&libdeflate_free_compressor)>;
-
-void appendDeflated(std::string& out, const std::vector<uint8_t>& bytes) {
-  const Compressor compressor(libdeflate_alloc_compressor(compressionLevel), libdeflate_free_compressor);
-  if (!compressor) throw std::bad_alloc();
-  const size_t start = out.size();
-  out.resize(start + libdeflate_zlib_compress_bound(compressor.get(), bytes.size()));
-  out.resize(start + libdeflate_zlib_compress(compressor.get(), bytes.data(), bytes.size(), out.data() + start,
-                                              out.size() - start));
 }
 
 std::string encoded(const uint8_t* pixels, size_t width, size_t height, size_t stride) {
@@ -129,7 +150,7 @@ std::string encoded(const uint8_t* pixels, size_t width, size_t height, size_t s
     for (const uint8_t value : {bitsPerComponent, redGreenBlueAlpha, uint8_t{0}, uint8_t{0}, uint8_t{0}})
       out.push_back(static_cast<char>(value));
   });
-  appendChunk(out, "IDAT", [&] { appendDeflated(out, filteredRows(pixels, width, height, stride)); });
+  appendChunk(out, "IDAT", [&] { appendRows(out, pixels, width, height, stride); });
   appendChunk(out, "IEND", [] {});
   return out;
 }
