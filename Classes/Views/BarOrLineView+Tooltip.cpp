@@ -58,9 +58,14 @@ void BarOrLineView::_hoverEntry(const PlotEntryRef& entry, CGPoint anchor) {
   currentHoverLayer_->removeFromSuperlayer();
   currentHoverLayer_ = _createHoverLayerWithText(textOrNothing(entry->humanY), headerOf(*entry));
   _setPosition(anchor, currentHoverLayer_);
-  if (!layer()) return;
-  layer()->addSublayer(currentHoverLayer_);
-  layer()->setNeedsLayout();
+  showHoverLayer();
+}
+
+void BarOrLineView::showHoverLayer() {
+  if (layer()) {
+    layer()->addSublayer(currentHoverLayer_);
+    layer()->setNeedsLayout();
+  }
   currentHoverLayer_->setHidden(false);
 }
 
@@ -69,11 +74,7 @@ void BarOrLineView::_moveAndResizeLayerForEntry(const PlotEntryRef& entry, CGPoi
   currentHoverEntry_ = entry;
   if (!currentHoverLayer_) {
     currentHoverLayer_ = _createHoverLayerWithText("", "");
-    if (layer()) {
-      layer()->addSublayer(currentHoverLayer_);
-      layer()->setNeedsLayout();
-    }
-    currentHoverLayer_->setHidden(false);
+    showHoverLayer();
   }
   const auto text = std::dynamic_pointer_cast<CATextLayer>(currentHoverLayer_->sublayersInPlace().back());
   text->setString(_createAttributedStringForValue(textOrNothing(entry->humanY), headerOf(*entry)));

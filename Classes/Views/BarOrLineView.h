@@ -47,6 +47,7 @@ class BarOrLineView : public CALayerPlotView, public AnimationsCreatedProtocol, 
 
  private:
   void enclosingContentViewBoundsOrFrameDidChange();
+  void showHoverLayer();
   static void fitBubbleToText(const CALayerRef& bubble, const std::shared_ptr<CATextLayer>& text);
 
   std::shared_ptr<BarPlot> plotter_;

@@ -153,6 +153,16 @@ TEST(Tooltip, AnEntryWithoutAnAmountHasAnEmptyLineForIt) {
   EXPECT_EQ(textOfBubble(host), "May\n");
 }
 
+TEST(Tooltip, WithoutARootLayerABubbleIsShownToNobody) {
+  Bars host;
+  host.view->webPlugInStop();
+  const PlotEntryRef entry = host.plotter()->plotData()->entry(0);
+  host.chart()._hoverEntry(entry, {100, 100});
+  EXPECT_EQ(textOfBubble(host), "A\n$A");
+  EXPECT_EQ(host.chart().currentHoverLayer()->superlayer(), nullptr);
+  EXPECT_FALSE(host.chart().currentHoverLayer()->isHidden());
+}
+
 TEST(Tooltip, LayersLandOnWholePoints) {
   const CALayerRef layer = CALayer::layer();
   layer->setAnchorPoint({0.5, 0});
