@@ -100,7 +100,7 @@ void FitLabels(benchmark::State& state) {
 void ComputeGridlines(benchmark::State& state) {
   for (auto _ : state)
     for (double max = 1e-6; max < 2e12; max *= 10)
-      benchmark::DoNotOptimize(CashFlowPlot::computeGridlines(-max / 3, max * 1.7, true, 5));
+      benchmark::DoNotOptimize(CashFlowPlot::computeGridlinesForMinAmount(-max / 3, max * 1.7, true, 5));
 }
 
 template <typename Plot>

@@ -31,11 +31,17 @@ void BarPlot::doHide() {
 }
 
 void BarPlot::doDisplayWithAnimation(bool animated) {
-  for (const CGRect& rect : animationUpwardRectsQueue_) _renderFacingBarInRect(Facing::upward, rect, animated);
-  for (const CGRect& rect : animationDownwardRectsQueue_) _renderFacingBarInRect(Facing::downward, rect, animated);
+  for (const CGRect& rect : animationUpwardRectsQueue_) _renderUpwardFacingBarInRect(rect, animated);
+  for (const CGRect& rect : animationDownwardRectsQueue_) _renderDownwardFacingBarInRect(rect, animated);
 }
 
-void BarPlot::_renderFacingBarInRect(Facing facing, CGRect rect, bool animated) {
+void BarPlot::_renderUpwardFacingBarInRect(CGRect rect, bool animated) { addBarLayer(Facing::upward, rect, animated); }
+
+void BarPlot::_renderDownwardFacingBarInRect(CGRect rect, bool animated) {
+  addBarLayer(Facing::downward, rect, animated);
+}
+
+void BarPlot::addBarLayer(Facing facing, CGRect rect, bool animated) {
   const CALayerRef root = rootLayer();
   if (!root) return;
   const bool isUpward = facing == Facing::upward;
@@ -51,14 +57,14 @@ void BarPlot::_renderFacingBarInRect(Facing facing, CGRect rect, bool animated) 
   bar->setNeedsDisplayOnBoundsChange(true);
   root->addSublayer(bar);
   if (animated) {
-    CABasicAnimation animation = _barBoundsAnimation(start, rect);
+    CABasicAnimation animation = _barBoundsAnimationWithStartRect(start, rect);
     tellOfAnimation(animation, "bounds" + NSFormatDouble(rect.origin.x));
     bar->addAnimation(std::move(animation), "bounds");
   }
   bar->setBounds(rect);
 }
 
-CABasicAnimation BarPlot::_barBoundsAnimation(CGRect start, CGRect end) const {
+CABasicAnimation BarPlot::_barBoundsAnimationWithStartRect(CGRect start, CGRect end) const {
   CABasicAnimation animation = CABasicAnimation::animationWithKeyPath("bounds");
   animation.fromValue = start;
   animation.toValue = end;

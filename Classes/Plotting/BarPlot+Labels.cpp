@@ -62,8 +62,8 @@ void BarPlot::createLabelSets() {
 void BarPlot::createYLabels() {
   const Amounts amounts = _findMinAmount();
   // The gridlines are needed with or without labels: bars and lines stand on them.
-  yTickmarks_ = computeGridlines(computeDisplayGridValueForValue(amounts.min),
-                                 computeDisplayGridValueForValue(amounts.max), true, kGridlineCount);
+  yTickmarks_ = computeGridlinesForMinAmount(computeDisplayGridValueForValue(amounts.min),
+                                             computeDisplayGridValueForValue(amounts.max), true, kGridlineCount);
   if (!optionIsTrue("DisplayYLabels")) return;
   NSNumberFormatter formatter;
   const Value currency = valueForPlotOptionKey("CurrencyID");

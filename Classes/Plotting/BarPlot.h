@@ -89,7 +89,11 @@ class BarPlot : public CashFlowPlot, public CALayerDelegate {
   // differ. A label whose subtitle was thinned away is emptied.
   std::optional<Labels> adjustedSubtitles(const Labels& subtitles, std::vector<CGRect>& rects, Labels& labels) const;
   static bool _rectsOverlap(const std::vector<CGRect>& rects);
-  CABasicAnimation _barBoundsAnimation(CGRect start, CGRect end) const;
+  // Each makes the layer of one bar. Animated, it grows out of the zero line and the delegate hears of it.
+  void _renderUpwardFacingBarInRect(CGRect rect, bool animated);
+  void _renderDownwardFacingBarInRect(CGRect rect, bool animated);
+  // Linear, a thousandth of a second a point; it stays when it is over.
+  CABasicAnimation _barBoundsAnimationWithStartRect(CGRect start, CGRect end) const;
 
  protected:
   bool optionIsTrue(std::string_view key) const { return valueForPlotOptionKey(key).boolValue(); }
@@ -120,7 +124,7 @@ class BarPlot : public CashFlowPlot, public CALayerDelegate {
  private:
   enum class Facing { upward, downward };
   void renderBars(Facing facing, double zeroY);
-  void _renderFacingBarInRect(Facing facing, CGRect rect, bool animated);
+  void addBarLayer(Facing facing, CGRect rect, bool animated);
 
   std::weak_ptr<AnimationsCreatedProtocol> animationsCreatedDelegate_;
   std::vector<CGRect> animationUpwardRectsQueue_, animationDownwardRectsQueue_;

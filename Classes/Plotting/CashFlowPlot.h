@@ -54,7 +54,7 @@ class CashFlowPlot : public Object, public std::enable_shared_from_this<CashFlow
     return labelfitting::concatenated(row, groupSize);
   }
   static double computeDisplayGridValueForValue(double value) { return gridlines::displayValue(value); }
-  static Gridlines computeGridlines(double minAmount, double maxAmount, bool zeroRequired, unsigned total) {
+  static Gridlines computeGridlinesForMinAmount(double minAmount, double maxAmount, bool zeroRequired, unsigned total) {
     return gridlines::compute(minAmount, maxAmount, zeroRequired, total);
   }
   static double magnitudeOfValue(double value) { return gridlines::magnitude(value); }
