@@ -99,6 +99,23 @@ TEST_F(ComposedPixels, AMaskMultipliesByItsAlpha) {
   EXPECT_NEAR(redAt(99, 50), 0, 0.01);
 }
 
+// Whether its edges lie on pixels or not, nothing is left beyond a mask.
+TEST_F(ComposedPixels, AMaskSmallerThanItsLayerCutsIt) {
+  const CALayerRef layer = add(root, CGRectMake(10, 10, 100, 60), 0), mask = CALayer::layer();
+  mask->setFilters({CIFilterCreate(CIGaussianGradient{{20, 20}, 100, {0, 0, 0, 1}, {0, 0, 0, 0}})});
+  layer->setMask(mask);
+  for (const double edge : {20.0, 20.5}) {
+    CATransactionWithoutActions off;
+    mask->setFrame(CGRectMake(edge, 10, 40, 40));
+    composed();
+    EXPECT_NEAR(redAt(50, height - 40), 0, 0.01) << edge;
+    EXPECT_EQ(redAt(20, height - 40), 1) << edge;
+    EXPECT_EQ(redAt(72, height - 40), 1) << edge;
+    EXPECT_EQ(redAt(50, height - 15), 1) << edge;
+    EXPECT_EQ(redAt(50, height - 65), 1) << edge;
+  }
+}
+
 TEST_F(ComposedPixels, AShadowFallsOffLikeAGaussian) {
   const CALayerRef layer = add(root, CGRectMake(-50, 20, 100, 60), 1);
   layer->setShadowOpacity(0.2);

@@ -26,7 +26,8 @@ class CommandPrinter {
   void operator()(const DisplayList::Stroke& s) { add("stroke " + box(s.path.boundingBox()) + " " + color(s.color)); }
   void operator()(const DisplayList::Gradient& g) {
     const CGPoint center = CGPointApplyAffineTransform(g.placement.start, ctm_);
-    add("gradient at " + number(center.x) + "," + number(center.y) + " r" + number(g.placement.radius));
+    add("gradient at " + number(center.x) + "," + number(center.y) + " r" + number(g.placement.radius) +
+        blends[static_cast<int>(g.blend)]);
   }
   void operator()(const DisplayList::Image& i) {
     add("image " + box(i.rect) + " a" + number(i.alpha) + (i.blend == CGBlendMode::overlay ? " overlay" : ""));
@@ -34,7 +35,6 @@ class CommandPrinter {
   void operator()(const DisplayList::Text& t) { add("text " + t.run.text); }
   void operator()(const DisplayList::Clear& c) { add("clear " + box(c.rect)); }
   void operator()(const DisplayList::BeginGroup& g) {
-    static const char* const blends[] = {"", " overlay", " copy", " destinationIn", " plusLighter"};
     std::string line = "group a" + number(g.effects.alpha) + blends[static_cast<int>(g.effects.blend)];
     if (g.effects.brightness != 1) line += " x" + number(g.effects.brightness);
     if (const auto& shadow = g.effects.shadow)
@@ -49,6 +49,7 @@ class CommandPrinter {
   }
 
  private:
+  static constexpr const char* blends[] = {"", " overlay", " copy", " destinationIn", " plusLighter"};
   static std::string number(double value) {
     char text[32];
     std::snprintf(text, sizeof text, "%.4g", std::abs(value) < 1e-9 ? 0 : value);
