@@ -1,10 +1,13 @@
 // Blocks of page values. The page's side of the border is played by the bytes too.
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Foundation/NSException.h"
+#include "Foundation/NSLog.h"
 #include "Fuzz/FuzzServices.h"
 #include "Fuzz/FuzzTargets.h"
 #include "Hosts/Headless/PlugInHost.h"
@@ -18,38 +21,93 @@ namespace {
 std::string pageText;
 int heldTables = 0;
 
-void handOver(PlugInHost& host, const std::string& name, const uint8_t* bytes, size_t size) {
-  // The module is given a block at an address that suits every number in it.
-  std::vector<double> block(size / sizeof(double) + 1);
-  if (size > 0) std::memcpy(block.data(), bytes, size);
-  try {
-    host.call(name, ReadScriptArguments(reinterpret_cast<const uint8_t*>(block.data()), size));
-  } catch (const NSException&) {
-    // Of a block that is not well formed, and of an operation that nothing guards.
+// A page with one view. What it does when the view calls it is said by a byte: nothing, or any of what a page can.
+class FuzzedPage {
+ public:
+  FuzzedPage(const char* plot, uint8_t reaction)
+      : transcript_([this](const std::string&) { react(); }),
+        reaction_(reaction),
+        host_(std::in_place, plot, CGSize{200, 150}, false, transcript_) {}
+  ~FuzzedPage() { reaction_ = 0; }
+  FuzzedPage(const FuzzedPage&) = delete;
+  FuzzedPage& operator=(const FuzzedPage&) = delete;
+  PlugInHost& host() { return *host_; }
+
+  // The page hands this over, now and whenever it calls again.
+  void handOver(const char* name, const uint8_t* bytes, size_t size) {
+    name_ = name;
+    // The module is given a block at an address that suits every number in it.
+    block_.assign(size / sizeof(double) + 1, 0);
+    if (size > 0) std::memcpy(block_.data(), bytes, size);
+    size_ = size;
+    callAgain();
   }
-}
+
+ private:
+  void callAgain() {
+    try {
+      host().call(name_, ReadScriptArguments(reinterpret_cast<const uint8_t*>(block_.data()), size_));
+    } catch (const NSException&) {
+      // Of a block that is not well formed, and of an operation that nothing guards.
+    }
+  }
+  void react() {
+    if (++calls_ > 20) return;
+    switch (reaction_ % 8) {
+      case 1:
+        return callAgain();
+      case 2:
+        return host().mouseMoved({40, 60});
+      case 3:
+        return host().mouseExited();
+      case 4:
+        return host().setFrame({90, 220});
+      case 5:
+        return host().stop();
+      case 6:
+        return host().destroy();
+      case 7:
+        host().call("HoverEntryAtIndex", {Value(true), Value(1.0)});
+        return host().mouseDown({150, 75});
+      default:
+        return;
+    }
+  }
+
+  Transcript transcript_;
+  uint8_t reaction_;
+  int calls_ = 0;
+  const char* name_ = "";
+  std::vector<double> block_;
+  size_t size_ = 0;
+  std::optional<PlugInHost> host_;
+};
 
 }  // namespace
 
 void fuzzPageArray(const uint8_t* bytes, size_t size) {
-  if (size < 2) return;
+  constexpr size_t headerSize = 3;
+  if (size < headerSize) return;
   fuzzServices();
-  const bool isPie = bytes[0] % 2 == 1;
   constexpr const char* names[] = {"SetPlotData", "SetPlotOptions", "HoverEntryAtIndex", "SliceColorAtIndex"};
   const char* name = names[bytes[1] % 4];
   pageText.assign(bytes, bytes + size);
-  Transcript transcript([](const std::string&) {});
+  const LogSink log = NSSetLogSink([](std::string_view) {});
   {
-    PlugInHost host(isPie ? "pie" : "spendingOverTimeBarOrLine", {200, 150}, false, transcript);
-    handOver(host, name, bytes + 2, size - 2);
+    FuzzedPage page(bytes[0] % 2 == 1 ? "pie" : "spendingOverTimeBarOrLine", bytes[2]);
+    PlugInHost& host = page.host();
+    page.handOver(name, bytes + headerSize, size - headerSize);
     host.settle();
     host.mouseMoved({100, 75});
+    host.mouseDown({100, 75});
     host.waitForAnimations(2);
-    handOver(host, name, bytes + 2, size - 2);
+    host.mouseMoved({60, 60});
+    page.handOver(name, bytes + headerSize, size - headerSize);
     host.resize({300, 100});
     host.mouseMoved({150, 50});
     host.settle();
   }
+  NSSetLogSink(log);
   if (heldTables != 0) std::abort();
 }
 

@@ -15,6 +15,7 @@ namespace zelkon {
 namespace {
 
 constexpr size_t kMostSteps = 40;
+constexpr size_t kManyEntries = 500;
 constexpr double kLongestWait = 1;
 constexpr double kLargestSide = 1000;
 constexpr double kLargestScale = 2;
@@ -91,6 +92,9 @@ Value pageArray(ByteChooser& choose, std::initializer_list<const char*> keys) {
       if (choose.below(8) != 7) entry[key] = choose.below(8) == 7 ? choose.value(2) : Value(choose.text());
     array.push_back(entry);
   }
+  // Now and then so many that a line has to leave some out.
+  if (choose.below(8) == 7 && !array.empty())
+    for (size_t i = 0; array.size() < kManyEntries; ++i) array.push_back(array[i]);
   return array;
 }
 
