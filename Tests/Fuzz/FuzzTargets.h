@@ -11,8 +11,8 @@ namespace zelkon {
 void fuzzScenario(const uint8_t* bytes, size_t size);
 // A scenario made from the bytes, one choice after another: whatever the bytes, there are calls, events and pictures.
 void fuzzSteps(const uint8_t* bytes, size_t size);
-// A page's call as the block in which it crosses into the module. The first three bytes say which chart, which call, and
-// what the page does whenever it is called back.
+// A page's call as the block in which it crosses into the module. The first three bytes say which chart, which call,
+// and what the page does whenever it is called back.
 void fuzzPageArray(const uint8_t* bytes, size_t size);
 
 }  // namespace zelkon
