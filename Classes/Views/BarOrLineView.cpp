@@ -6,6 +6,7 @@
 #include "Classes/Views/ScriptEntries.h"
 #include "Foundation/NSAssertionHandler.h"
 #include "Foundation/NSNotificationCenter.h"
+#include "QuartzCore/CATransaction.h"
 
 namespace zelkon {
 namespace {
@@ -26,8 +27,11 @@ void BarOrLineView::createLayerHierarchy() {
     setLayer(root);
     setWantsLayer(true);
   }
-  layer()->setBounds(CGRectIntegral(bounds()));
-  _setPosition({CGRectGetMidX(bounds()), CGRectGetMidY(bounds())}, layer());
+  {
+    const CATransactionWithoutActions noActions;
+    layer()->setBounds(CGRectIntegral(bounds()));
+    _setPosition({CGRectGetMidX(bounds()), CGRectGetMidY(bounds())}, layer());
+  }
 
   // The earlier area stays with the view; handling an event twice does no harm.
   trackingArea_ = std::make_shared<NSTrackingArea>(NSTrackingArea{NSZeroRect, kTrackingOptions, weak_from_this()});

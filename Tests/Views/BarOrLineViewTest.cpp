@@ -35,6 +35,15 @@ TEST(BarOrLineView, ARootLayerLiesOnWholePointsAroundTheViewsCentre) {
   EXPECT_EQ(host.view->layer()->frame(), CGRectMake(-1, -1, 602, 302));
 }
 
+TEST(BarOrLineView, ARootLayerTakesItsNewPlaceAtOnce) {
+  ChartHost host;
+  host.show(chartOf(2));
+  host.view->setFrame(CGRectMake(0, 0, 600.4, 300.5));
+  EXPECT_EQ(host.view->layer()->frame(), CGRectMake(-1, -1, 602, 302));
+  EXPECT_EQ(host.view->layer()->animationForKey("bounds"), nullptr);
+  EXPECT_EQ(host.view->layer()->animationForKey("position"), nullptr);
+}
+
 TEST(BarOrLineView, EveryFrameAddsATrackingAreaOfTheVisibleRect) {
   ChartHost host;
   ASSERT_EQ(host.view->trackingAreas().size(), 1u);
