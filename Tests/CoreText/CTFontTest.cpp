@@ -44,7 +44,12 @@ INSTANTIATE_TEST_SUITE_P(Sizes, CTFontMetrics,
                                          FontMetrics{"LucidaGrande-Bold", 12, 11.602, 2.531, 15},
                                          FontMetrics{"Helvetica", 9, 6.930, 2.070, 9},
                                          FontMetrics{"Helvetica", 11, 8.470, 2.530, 11},
-                                         FontMetrics{"Helvetica", 12, 9.240, 2.760, 12}));
+                                         FontMetrics{"Helvetica", 12, 9.240, 2.760, 12}),
+                         [](const auto& row) {
+                           std::string name = row.param.name + std::to_string(static_cast<int>(row.param.size));
+                           std::erase_if(name, [](char c) { return c == ' ' || c == '-'; });
+                           return name;
+                         });
 
 TEST(CTFont, TheDefaultIsHelvetica12) {
   EXPECT_EQ(CTFont().face()->family, "Helvetica");
