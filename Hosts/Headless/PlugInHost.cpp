@@ -77,20 +77,8 @@ void PlugInHost::takeViewDown() {
   CATransaction::flush();
 }
 
-void PlugInHost::remember(const std::string& name, const ValueArray& arguments) {
-  const bool isData = name == "SetPlotData";
-  if (!isData && name != "SetPlotOptions") return;
-  // The over-time chart keeps what it was first shown with; the pie shows what it was given last.
-  if (plot_ != kPie && view_->plotData() && view_->layer()) return;
-  if (plot_ == kPie)
-    calls_.erase(std::remove_if(calls_.begin(), calls_.end(), [&](const ScriptCall& c) { return c.name == name; }),
-                 calls_.end());
-  calls_.push_back({name, arguments});
-}
-
 Value PlugInHost::call(const std::string& name, const ValueArray& arguments) {
   if (destroyed_) return {};
-  remember(name, arguments);
   ValueArray passed;
   std::shared_ptr<MemoryScriptObject> written;
   for (const Value& argument : arguments) {
@@ -99,7 +87,14 @@ Value PlugInHost::call(const std::string& name, const ValueArray& arguments) {
     passed.push_back(value);
   }
   const std::shared_ptr<CALayerPlotView> view = view_;
+  const auto options = view->plotOptions();
+  const auto data = view->plotData();
+  // The over-time chart keeps what it was first shown with; the pie shows what it was given last.
+  const bool keepsFirst = plot_ != kPie && data && view->layer();
   const std::optional<Value> result = WebScriptInvoke(*view->objectForWebScript(), name, passed);
+  // A call that has raised leaves what was there before.
+  if (!keepsFirst && view->plotOptions() != options) options_ = arguments;
+  if (!keepsFirst && view->plotData() != data) data_ = arguments;
   if (written) return written->changedProperties();
   return result ? *result : Value();
 }
@@ -146,9 +141,9 @@ void PlugInHost::resize(CGSize size) {
   size_ = size;
   compositor_.purge();
   makeView();
-  const std::vector<ScriptCall> calls = std::move(calls_);
-  calls_.clear();
-  for (const ScriptCall& call : calls) this->call(call.name, call.arguments);
+  const auto options = options_, data = data_;
+  if (options) call("SetPlotOptions", *options);
+  if (data) call("SetPlotData", *data);
   settle();
   if (pointer_) mouseMoved(*pointer_);
   endAnimations(view_->layer());

@@ -57,14 +57,9 @@ class PlugInHost {
 
  private:
   class Page;
-  struct ScriptCall {
-    std::string name;
-    ValueArray arguments;
-  };
   void makeView();
   void takeViewDown();
   void frame(double time);
-  void remember(const std::string& name, const ValueArray& arguments);
   CGPoint windowPoint(CGPoint at) const;
 
   std::string plot_;
@@ -75,7 +70,7 @@ class PlugInHost {
   std::shared_ptr<NSScrollView> scrollView_;
   std::shared_ptr<CALayerPlotView> view_;
   CACompositor compositor_;
-  std::vector<ScriptCall> calls_;  // what a fresh view is told again
+  std::optional<ValueArray> options_, data_;  // what a fresh view is told again
   std::optional<CGPoint> pointer_;
   bool destroyed_ = false;
 };

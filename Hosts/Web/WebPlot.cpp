@@ -162,16 +162,23 @@ void WebPlot::press() {
 }
 
 void WebPlot::call(const std::string& name, ValueArray arguments) {
-  // The over-time chart keeps what it was first shown with, and so does the fresh view of it.
-  const bool isSettled = plot_ != "pie" && view_->plotData() && view_->layer();
-  if (name == "SetPlotOptions" && !isSettled) options_ = arguments;
-  if (name == "SetPlotData" && !isSettled) data_ = arguments;
   const std::shared_ptr<CALayerPlotView> view = view_;
+  const auto options = view->plotOptions();
+  const auto data = view->plotData();
   WebScriptInvoke(*view, name, arguments);
-  if (name == "SetPlotData" && !isSettled) keepPeriods();
+  // The over-time chart keeps what it was first shown with, and so does the fresh view of it.
+  if (hasPeriods_) return;
+  // A call that has raised leaves what was there before.
+  if (view->plotOptions() != options) options_ = arguments;
+  if (view->plotData() == data) return;
+  data_ = std::move(arguments);
+  keepPeriods();
 }
 
-void WebPlot::keepPeriods() { periods_ = std::dynamic_pointer_cast<const PlotEntryList>(view_->plotData()); }
+void WebPlot::keepPeriods() {
+  periods_ = std::dynamic_pointer_cast<const PlotEntryList>(view_->plotData());
+  hasPeriods_ = periods_ && !isEmpty(size_);
+}
 
 size_t WebPlot::readPeriods(size_t first, size_t count) const {
   if (!periods_) return 0;
@@ -239,7 +246,7 @@ bool WebPlot::compose(double time) {
   context->clearRect({{0, 0}, size_});
   if (view_->layer()) {
     compositor_.compose(view_->layer(), *context, scale, time);
-    shown_ = true;
+    shown_ |= plot_ == "pie" || hasPeriods_;
   }
   context->flush();
   return true;

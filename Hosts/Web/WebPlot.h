@@ -88,6 +88,7 @@ class WebPlot {
   std::shared_ptr<Surface> screen_;
   std::optional<ValueArray> options_, data_;
   PlotEntryListRef periods_;  // what the chart over time was made of
+  bool hasPeriods_ = false;   // in a box of some size, so that they are not to be replaced any more
   std::optional<CGPoint> pointer_;
   std::optional<size_t> step_;  // the entry that the keyboard has taken the pointer to
   bool started_ = false, shown_ = false, needsFreshView_ = false, needsFrame_ = true, wasAnimating_ = false;

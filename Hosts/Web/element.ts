@@ -115,6 +115,13 @@ export class ZelkonPlot extends HTMLElement {
     this.#stage.leave(this.#actor);
   }
 
+  // The page has moved the element as it is, with moveBefore(): the chart goes on.
+  connectedMoveCallback(): void {
+    if (!this.#plot) return;
+    this.#unfollowScroller();
+    this.#followScroller();
+  }
+
   attributeChangedCallback(name: string): void {
     if (!this.#isStarted) return;
     if (name === 'plot') {
@@ -185,17 +192,25 @@ export class ZelkonPlot extends HTMLElement {
       this.#resizes.observe(this.#canvas);
     }
     this.#pointer.start();
+    this.#followScroller();
+  }
+
+  #followScroller(): void {
     this.#scroller = scrollingAncestor(this);
     this.#scroller?.addEventListener('scroll', this.#scrolled, { passive: true });
     if (this.#scroller) this.#scrolled();
+  }
+
+  #unfollowScroller(): void {
+    this.#scroller?.removeEventListener('scroll', this.#scrolled);
+    this.#scroller = null;
   }
 
   #stop(): void {
     this.#isStarted = false;
     this.#keyboard.stop();
     this.#periods.stop();
-    this.#scroller?.removeEventListener('scroll', this.#scrolled);
-    this.#scroller = null;
+    this.#unfollowScroller();
     this.#pointer.stop();
     this.#resizes.disconnect();
     this.#endPrinting();

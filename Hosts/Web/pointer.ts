@@ -17,6 +17,7 @@ export class PointerTracker {
   private readonly canvas: HTMLCanvasElement;
   private readonly listener: PointerListener;
   private listening: AbortController | undefined;
+  private isOver = false;
   // Set while a finger has left something hovered, until the next touch elsewhere.
   private lingering: AbortController | undefined;
 
@@ -35,6 +36,8 @@ export class PointerTracker {
     listen('pointerdown', (event) => this.down(event));
     listen('pointerleave', (event) => this.left(event));
     listen('pointercancel', () => this.exited());
+    // A page that is left takes no further part in what the pointer does, and may come back as it was.
+    addEventListener('pagehide', () => this.isOver && this.exited(), { signal });
   }
 
   stop(): void {
@@ -44,7 +47,9 @@ export class PointerTracker {
   }
 
   private moved(event: PointerEvent): void {
-    if (event.isPrimary) this.listener.moved(...this.position(event));
+    if (!event.isPrimary) return;
+    this.isOver = true;
+    this.listener.moved(...this.position(event));
   }
 
   // Offsets disregard transforms, as they should; engines differ in whether they also disregard zoom, which shows in how
@@ -75,6 +80,7 @@ export class PointerTracker {
   private exited(): void {
     this.lingering?.abort();
     this.lingering = undefined;
+    this.isOver = false;
     this.listener.exited();
   }
 

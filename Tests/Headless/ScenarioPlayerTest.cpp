@@ -84,6 +84,19 @@ TEST_F(ScenarioPlayerTest, AFreshViewAfterAResizeMakesNoPageCall) {
   EXPECT_NE(file("after.json").find("\"com.zelkon.slicesLayer\""), std::string::npos);
 }
 
+TEST_F(ScenarioPlayerTest, AFreshViewHasTheDataOfTheLastCallThatDidNotRaise) {
+  const Lines lines = play(std::string("{") + kPie + R"("steps": [
+      {"call": "SetPlotData", "arguments": [[{"key": "Rent", "value": 1}, {"key": "Travel", "value": 3}]]},
+      {"call": "SetPlotData", "arguments": [[{"key": "Food", "value": 1}, 5]]},
+      {"wait": 1}, {"resize": [400, 300]}, {"mouse": "moved", "at": [150, 60]}]})");
+  // The bad call is logged once; above and left of the centre is the second slice of the good one.
+  ASSERT_EQ(lines.size(), 4u);
+  EXPECT_EQ(lines[0],
+            "0.000 log Exception thrown while processing javascript bridge at [PiePlotView js_setPlotData:].");
+  EXPECT_EQ(lines[2], "0.250 page SpendingTrendsHaveDisplayed()");
+  EXPECT_EQ(lines[3], "1.000 page SpendingTrendsSliceHoverIndex(1, 9223372036854775807)");
+}
+
 TEST_F(ScenarioPlayerTest, AResizeDuringTheOpeningStillOwesThePageItsCall) {
   EXPECT_EQ(play(std::string("{") + kPie + R"("steps": [
       {"call": "SetPlotData", "arguments": [[{"key": "A", "value": 1}]]}, {"wait": 0.1}, {"resize": [400, 260]},

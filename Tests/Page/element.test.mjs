@@ -21,7 +21,7 @@ test('the element', async (context) => {
     const page = await browser.open(pie);
     const names = await page.evaluate(() => Object.getOwnPropertyNames(Object.getPrototypeOf(pie)).sort());
     const chart = ['HoverEntryAtIndex', 'SetPlotData', 'SetPlotOptions', 'SliceColorAtIndex'];
-    const element = ['attributeChangedCallback', 'connectedCallback', 'constructor', 'disconnectedCallback'];
+    const element = ['attributeChangedCallback', 'connectedCallback', 'connectedMoveCallback', 'constructor', 'disconnectedCallback'];
     assert.deepEqual(names, [...chart, ...element]);
     assert.deepEqual(await page.evaluate(() => Object.keys(pie)), []);
   });

@@ -23,9 +23,13 @@ export const chart = '<zelkon-plot id="chart" plot="spendingOverTimeBarOrLine" a
 
 // For the page: its chart is 700 by 320 points from the beginning.
 export const script = `
-addEventListener('DOMContentLoaded', () => { chart.style.cssText = 'display: block; width: 700px; height: 320px'; });
+document.adoptedStyleSheets = [new CSSStyleSheet()];
+document.adoptedStyleSheets[0].replaceSync('#chart { display: block; width: 700px; height: 320px }');
 const shown = async (count = 1) => {
-  while (calls.filter(([name]) => name === 'GraphHasDisplayed').length < count) await frames(1);
+  for (const from = Date.now(); calls.filter(([name]) => name === 'GraphHasDisplayed').length < count; ) {
+    if (Date.now() - from > 20_000) throw new Error('The chart does not say that it has displayed.');
+    await frames(1);
+  }
   await frames(3);
 };
 const show = async (data) => {
@@ -40,7 +44,7 @@ const picture = async (element = chart) => {
     const now = [...new Uint8Array(await crypto.subtle.digest('SHA-256', new TextEncoder().encode(canvas.toDataURL())))].map((byte) => byte.toString(16)).join('');
     if (now === before) return now;
     before = now;
-    await new Promise((resolve) => setTimeout(resolve, 100));
+    await new Promise((resolve) => setTimeout(resolve, 50));
   }
 };
 const heard = () => chart.shadowRoot.querySelector('[aria-live]').textContent;
