@@ -3,6 +3,7 @@
 
 #include "Classes/Plotting/BarPlot.h"
 #include "Foundation/NSRunLoop.h"
+#include "Support/ChartHost.h"
 #include "Support/PlotterHost.h"
 
 namespace zelkon {
@@ -150,6 +151,15 @@ TEST(BarLayers, ARedisplayAfterALaterGenerationStacksASecondSet) {
   ASSERT_EQ(host.root->sublayers().size(), 4u);
   EXPECT_EQ(host.root->sublayers()[2]->bounds(), host.root->sublayers()[0]->bounds());
   EXPECT_EQ(host.root->sublayers()[3]->bounds(), host.root->sublayers()[1]->bounds());
+}
+
+TEST(BarLayers, AShownChartIsHiddenAtOnceWithoutFading) {
+  ChartHost host;
+  host.show(chartOf(2));
+  const CALayerRef root = host.view->layer();
+  host.chart().plotter()->doHide();
+  EXPECT_TRUE(root->isHidden());
+  EXPECT_TRUE(root->animationKeys().empty());
 }
 
 TEST(BarLayers, HidingCancelsWhatWaitsForThePlotterOrItsRootLayerAndNothingElse) {

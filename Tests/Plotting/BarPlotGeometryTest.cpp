@@ -187,6 +187,14 @@ TEST(BarPlot, OneBarInFiveHundredPointsIsCappedAndCentred) {
   EXPECT_EQ(host.plot->barMargin(), 135);
 }
 
+// Of 421 points 191 are too many: 95 of them go to either margin and the odd one to none.
+TEST(BarPlot, WhatACappedBarGivesUpIsAddedToTheMarginsInWholePoints) {
+  Host host(558, 311, withoutValueLabels());
+  host.plot->setPlotData(plotAmounts(amounts(1)));
+  EXPECT_EQ(host.plot->barWidth(), 230);
+  EXPECT_EQ(host.plot->barMargin(), 135);
+}
+
 struct Widths {
   size_t count;
   double barWidth, barMargin;

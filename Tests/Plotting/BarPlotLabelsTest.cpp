@@ -64,6 +64,17 @@ TEST(ValueAxis, ZeroCrossesThePlotAndOtherValuesHaveATick) {
   for (const DisplayList::Stroke& stroke : drawn.strokes) EXPECT_EQ(stroke.style.width, 1);
 }
 
+// -50, 0, 50 and 100 over 200 points: thirds of the plot, cut to whole points.
+TEST(ValueAxis, LinesStandOnWholePoints) {
+  Host host(600, 311, withoutValueLabels());
+  host.plot->setPlotData(plotAmounts({100, -50}));
+  ASSERT_EQ(host.plot->plotRect(), CGRectMake(33, 56, 543, 200));
+  EXPECT_EQ(straightLines(host.drawn()), (std::vector<DrawnLine>{{{20, 56}, {28, 56}, 0.55},
+                                                                 {{20, 122}, {576, 122}, 0.29},
+                                                                 {{20, 189}, {28, 189}, 0.55},
+                                                                 {{20, 256}, {28, 256}, 0.55}}));
+}
+
 TEST(ValueAxis, FullWidthGridlinesRunFromTheLabelsAcrossThePlot) {
   Host host(600, 311, {{"YTickMarksExtendFullWidth", true}});
   host.plot->setPlotData(plotAmounts({100}));
@@ -127,6 +138,18 @@ TEST(CategoryAxis, ALabelIsCentredUnderItsBar) {
   EXPECT_NEAR(drawn.text("Alpha")->origin.x, 53 + (186 - 36) / 2, 1e-9);
   EXPECT_NEAR(drawn.text("Alpha")->origin.y, 37, 1e-9);
   EXPECT_NEAR(drawn.text("Gamma")->origin.x, 53 + 372 + (186 - 36) / 2, 1e-9);
+}
+
+// Three names of 23 characters, 165.6 points: 20.4 apart in slots of 186 and 19.4 in slots of 185.
+TEST(CategoryAxis, NamesKeepTwentyPointsApart) {
+  const char* const name = "AAAAAAAAAAAAAAAAAAAAAAA";
+  for (const auto& [width, size] : {std::pair(657.0, 12.0), std::pair(652.0, 11.0)}) {
+    Host host(width, 311, withoutValueLabels());
+    host.plot->setPlotData(plotEntries(std::vector<PlotEntryRef>(3, plotEntry(1, name))));
+    const Drawn drawn = host.drawn();
+    ASSERT_EQ(drawn.countOfText(name), 3u) << width;
+    EXPECT_EQ(drawn.text(name)->size, size) << width;
+  }
 }
 
 TEST(CategoryAxis, LongNamesThatFitAreDrawnWhateverElseThereIs) {
@@ -213,6 +236,22 @@ TEST(Subtitles, ARunIsCaptionedOnceAndASeparatorDividesRuns) {
   EXPECT_EQ(drawn.text("2009")->size, 12);
   EXPECT_NEAR(drawn.text("2010")->origin.x, 392, 1e-9);
   EXPECT_EQ(separators(drawn), (std::vector<DrawnLine>{{{333, 55}, {333, 34}, 0.29}}));
+  for (const DisplayList::Stroke& stroke : drawn.strokes) EXPECT_EQ(stroke.style.width, 1);
+}
+
+// Two bars of 230 with margins of 43: slots of 273 from 54.5 on. A name of 14.4 points begins 129.3 within its slot.
+TEST(Subtitles, PlacesOfSubtitlesAndSeparatorsAreCutToWholePoints) {
+  Host host(657, 311, withoutValueLabels());
+  const std::string tooLong(60, 'A');
+  host.plot->setPlotData(plotEntries({plotEntry(100, tooLong.c_str(), nullptr, "De", "2009"),
+                                      plotEntry(100, tooLong.c_str(), nullptr, "Ja", "2010")}));
+  const Drawn drawn = host.drawn();
+  ASSERT_NE(drawn.text("2010"), nullptr);
+  EXPECT_NEAR(drawn.text("De")->origin.x, 183.8, 1e-9);
+  EXPECT_EQ(drawn.text("2009")->origin.x, 183);
+  EXPECT_NEAR(drawn.text("Ja")->origin.x, 456.8, 1e-9);
+  EXPECT_EQ(drawn.text("2010")->origin.x, 456);
+  EXPECT_EQ(separators(drawn), (std::vector<DrawnLine>{{{327, 55}, {327, 34}, 0.29}}));
 }
 
 TEST(Subtitles, EverySeparatorReachesFromBelowTheZeroLine) {
@@ -292,6 +331,17 @@ TEST(AdjustedSubtitles, SubtitlesTakeTheFontOfTheirLabels) {
   EXPECT_EQ((*shown)[1].attributesAtStart().font->pointSize(), 12);
 }
 
+TEST(AdjustedSubtitles, OfARunTheFirstIsKept) {
+  const PlainDevice device;
+  const BarPlot plot;
+  Years years(40);
+  for (const size_t i : {1, 2, 5}) years.subtitles[i] = years.subtitles[i - 1];
+  const auto shown = plot.adjustedSubtitles(years.subtitles, years.rects, years.labels);
+  EXPECT_EQ(texts(*shown), (std::vector<std::string>{"2001", "", "", "2004", "2005", "", "2007", "2008"}));
+  for (const size_t i : {1, 2, 5}) EXPECT_EQ(years.rects[i], NSZeroRect) << i;
+  EXPECT_EQ(years.labels[1].string(), "L1");
+}
+
 TEST(AdjustedSubtitles, AnEmptyLabelHidesItsSubtitleAndTheNextOfTheRunShowsIt) {
   const PlainDevice device;
   const BarPlot plot;
@@ -338,6 +388,7 @@ TEST(RectsOverlap, LooksAtNeighboursThatHaveAWidth) {
   EXPECT_TRUE(BarPlot::_rectsOverlap({a, NSZeroRect, NSZeroRect, over}));
   EXPECT_FALSE(BarPlot::_rectsOverlap({a, CGRectMake(50, 0, 1, 1), over}));  // only neighbours are compared
   EXPECT_FALSE(BarPlot::_rectsOverlap({NSZeroRect, a}));
+  EXPECT_FALSE(BarPlot::_rectsOverlap({a, CGRectMake(5, 0, -2, 10), over}));  // a width, though no area
 }
 
 }  // namespace

@@ -203,6 +203,7 @@ TEST(Magnitude, OfZeroIsOneWhateverItsSign) {
 
 TEST(DisplayValue, SnapsDownFromLessThanATenthOfTheMagnitudeAbove) {
   EXPECT_EQ(gridlines::displayValue(1020), 1000);
+  EXPECT_EQ(gridlines::displayValue(1100), 1100);  // just a tenth
   EXPECT_EQ(gridlines::displayValue(1150), 1150);
   EXPECT_EQ(gridlines::displayValue(-1020), -1020);
   EXPECT_EQ(gridlines::displayValue(3000), 3000);

@@ -270,6 +270,15 @@ TEST_F(LabelFitting, WhatFitsNowhereIsMergedToOneLabel) {
   EXPECT_EQ(sizeOfFirst(fitted), 12);
 }
 
+// The span of all three has room for the middle one at 11 points; it is not asked for.
+TEST_F(LabelFitting, OneGroupOfAllIsHandedBackWithoutATest) {
+  LabelRow fitted = row(std::vector<std::string>(3, "AAAAAAAAAA"), 22);
+  fit(fitted, 20);
+  EXPECT_EQ(texts(fitted), (std::vector<std::string>{"", "AAAAAAAAAA", ""}));
+  EXPECT_EQ(sizeOfFirst(fitted), 12);
+  EXPECT_EQ(fitted.rects[1], CGRectMake(0, 34, 66, 15));
+}
+
 // A pair that never fits: one test on entry, three widths at 12 points, four each at 11 and at 10.
 TEST_F(LabelFitting, EveryWidthIsTriedAtEverySize) {
   LabelRow pair = row({"A", "B"}, 60, NSTextAlignment::natural);
