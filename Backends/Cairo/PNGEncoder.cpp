@@ -69,25 +69,30 @@ uint32_t difference(uint32_t a, uint32_t b) {
   return ((a | tops) - (b & ~tops)) ^ ((a ^ ~b) & tops);
 }
 
-// The differences of plain components between two rows of premultiplied pixels. Pixels without a colour, and opaque
-// ones, lie next to each other and are quicker.
+// The differences of plain components between two rows of premultiplied pixels.
+void subtractPixels(const uint32_t* row, const uint32_t* above, size_t count, uint32_t* out) {
+  for (size_t x = 0; x < count; ++x)
+    out[x] = row[x] == above[x] ? 0 : redFirst(difference(plain(row[x]), plain(above[x])));
+}
+
+// The same with quicker ways for pixels that are all as those above, or all opaque: such lie next to each other.
 void subtractRows(const uint32_t* row, const uint32_t* above, size_t width, uint32_t* out) {
   constexpr size_t step = 16;
-  for (size_t x = 0; x < width; x += step) {
-    const size_t end = std::min(x + step, width);
-    uint32_t all = ~uint32_t{0}, any = 0;
-    for (size_t i = x; i < end; ++i) {
+  size_t x = 0;
+  for (; x + step <= width; x += step) {
+    uint32_t all = ~uint32_t{0}, changes = 0;
+    for (size_t i = x; i < x + step; ++i) {
       all &= row[i] & above[i];
-      any |= row[i] | above[i];
+      changes |= row[i] ^ above[i];
     }
-    if (any == 0)
-      std::fill(out + x, out + end, 0);
+    if (changes == 0)
+      std::fill(out + x, out + x + step, 0);
     else if (all >> 24 == 255)
-      for (size_t i = x; i < end; ++i) out[i] = redFirst(difference(row[i], above[i]));
+      for (size_t i = x; i < x + step; ++i) out[i] = redFirst(difference(row[i], above[i]));
     else
-      for (size_t i = x; i < end; ++i)
-        out[i] = row[i] == above[i] ? 0 : redFirst(difference(plain(row[i]), plain(above[i])));
+      subtractPixels(row + x, above + x, step, out + x);
   }
+  subtractPixels(row + x, above + x, width - x, out + x);
 }
 
 // Appends what it is given to a string as one compressed stream.
