@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "Backends/Cairo/GradientRegion.h"
 #include "Backends/Cairo/RadialPicture.h"
@@ -49,15 +50,27 @@ CairoPatternHandle patternFor(const CGGradient& gradient, const CGGradientPlacem
   return pattern;
 }
 
-// Sets a source of pixels for the clip in force; false when the gradient would not be round there, or too large.
-bool setRadialPicture(cairo_t* cr, const CGGradient& gradient, const CGGradientPlacement& placement) {
+// In pixels of the device space.
+struct Disc {
+  CGPoint center;
+  double radius;
+};
+
+// Nothing when the gradient would not be round there, or too small.
+std::optional<Disc> discInDevice(cairo_t* cr, const CGGradientPlacement& placement) {
   cairo_matrix_t matrix;
   cairo_get_matrix(cr, &matrix);
-  if (matrix.xy != 0 || matrix.yx != 0 || std::abs(matrix.xx) != std::abs(matrix.yy)) return false;
-  const double radius = placement.radius * std::abs(matrix.xx);
-  double centerX = placement.start.x, centerY = placement.start.y;
-  cairo_matrix_transform_point(&matrix, &centerX, &centerY);
-  if (!(radius > leastRadius) || !std::isfinite(centerX + centerY + radius)) return false;
+  if (matrix.xy != 0 || matrix.yx != 0 || std::abs(matrix.xx) != std::abs(matrix.yy)) return std::nullopt;
+  Disc disc{placement.start, placement.radius * std::abs(matrix.xx)};
+  cairo_matrix_transform_point(&matrix, &disc.center.x, &disc.center.y);
+  if (!(disc.radius > leastRadius) || !std::isfinite(disc.center.x + disc.center.y + disc.radius)) return std::nullopt;
+  return disc;
+}
+
+// Sets a source of pixels for the clip in force; false when they would be too many.
+bool setRadialPicture(cairo_t* cr, const CGGradient& gradient, const Disc& disc) {
+  cairo_matrix_t matrix;
+  cairo_get_matrix(cr, &matrix);
   cairo_identity_matrix(cr);
   double x1, y1, x2, y2;
   cairo_clip_extents(cr, &x1, &y1, &x2, &y2);
@@ -66,7 +79,7 @@ bool setRadialPicture(cairo_t* cr, const CGGradient& gradient, const CGGradientP
   const double width = std::ceil(x2) - x1, height = std::ceil(y2) - y1;
   CairoSurfaceHandle picture;
   if (width > 0 && height > 0 && width <= largestSide && height <= largestSide)
-    picture = radialPicture(gradient, {centerX - x1, centerY - y1}, radius, static_cast<int>(width),
+    picture = radialPicture(gradient, {disc.center.x - x1, disc.center.y - y1}, disc.radius, static_cast<int>(width),
                             static_cast<int>(height));
   if (picture) {
     cairo_set_source_surface(cr, picture.get(), x1, y1);
@@ -75,6 +88,18 @@ bool setRadialPicture(cairo_t* cr, const CGGradient& gradient, const CGGradientP
     cairo_set_matrix(cr, &matrix);
   }
   return picture != nullptr;
+}
+
+// Paints over the clip in force without Cairo's own radial gradient, or with nothing done gives false.
+bool paintRadialPixels(cairo_t* cr, const CGGradient& gradient, const CGGradientPlacement& placement, double alpha) {
+  const std::optional<Disc> disc = discInDevice(cr, placement);
+  if (!disc) return false;
+  if (alpha == 1 && cairo_get_operator(cr) == CAIRO_OPERATOR_DEST_IN &&
+      multiplyByRadialAlpha(cr, gradient, disc->center, disc->radius))
+    return true;
+  if (!setRadialPicture(cr, gradient, *disc)) return false;
+  cairo_paint_with_alpha(cr, alpha);
+  return true;
 }
 
 }  // namespace
@@ -152,14 +177,13 @@ void paintCairoGradient(cairo_t* cr, const CGGradient& gradient, const CGGradien
   setCairoPath(cr, region);
   cairo_set_fill_rule(cr, CAIRO_FILL_RULE_WINDING);
   cairo_clip(cr);
-  if (!(placement.radius > 0) && placement.start == placement.end)
-    setCairoColor(cr, gradient.stops().back().color);
-  else if (!(premultiplies && placement.radius > 0 && setRadialPicture(cr, gradient, placement)))
-    cairo_set_source(cr, patternFor(gradient, placement, premultiplies).get());
-  if (alpha == 1)
-    cairo_paint(cr);
-  else
+  if (!(premultiplies && placement.radius > 0 && paintRadialPixels(cr, gradient, placement, alpha))) {
+    if (!(placement.radius > 0) && placement.start == placement.end)
+      setCairoColor(cr, gradient.stops().back().color);
+    else
+      cairo_set_source(cr, patternFor(gradient, placement, premultiplies).get());
     cairo_paint_with_alpha(cr, alpha);
+  }
   cairo_restore(cr);
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Backends/Cairo/CairoHandles.h"
+#include "Backends/Cairo/ClippedRows.h"
 #include "Backends/Cairo/GaussianBlur.h"
 
 namespace zelkon {
@@ -10,10 +11,6 @@ namespace zelkon {
 struct ShadowMask {
   CairoSurfaceHandle alpha;  // null when there is nothing to see
   double x = 0, y = 0;
-};
-
-struct PixelBox {
-  double x1, y1, x2, y2;
 };
 
 // Blurs the alpha of `drawing` (an image with a device offset, or a recording) with a gaussian of `sigma` of its

@@ -5,7 +5,12 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
+#include <limits>
 #include <vector>
+
+#include "Backends/Cairo/ClippedRows.h"
+#include "Backends/Cairo/PixelComponents.h"
 
 namespace zelkon {
 
@@ -14,10 +19,9 @@ namespace {
 // Fine enough that steps stay well below 1/255.
 constexpr size_t shades = 2048;
 
+uint32_t byte(double component) { return static_cast<uint32_t>(std::lround(std::clamp(component, 0.0, 1.0) * 255)); }
+
 uint32_t premultiplied(const RGBA& color) {
-  const auto byte = [](double component) {
-    return static_cast<uint32_t>(std::lround(std::clamp(component, 0.0, 1.0) * 255));
-  };
   const double alpha = std::clamp(color.alpha, 0.0, 1.0);
   return byte(alpha) << 24 | byte(color.red * alpha) << 16 | byte(color.green * alpha) << 8 | byte(color.blue * alpha);
 }
@@ -46,15 +50,32 @@ void findShades(float dx, float dy, float toShade, size_t count, int32_t* out) {
   }
 }
 
+// What `make` gives for the colour at each shade.
+template <typename Make>
+auto rampOf(const CGGradient& gradient, Make make) {
+  std::array<decltype(make(RGBA())), shades + 1> ramp;
+  for (size_t i = 0; i <= shades; ++i)
+    ramp[i] = make(gradient.colorAt(static_cast<double>(i) / static_cast<double>(shades)));
+  return ramp;
+}
+
+// The alpha of a colour for each component of a pixel, sixteen bits each.
+uint64_t alphaForComponents(const RGBA& color) { return byte(color.alpha) * uint64_t{0x0001000100010001}; }
+
+void multiply(uint32_t* pixels, uint64_t first, uint64_t second) {
+  const uint64_t both[] = {first, second};
+  Components alphas;
+  std::memcpy(&alphas, both, sizeof alphas);
+  storeComponents(dividedBy255(componentsAt(pixels) * alphas), pixels);
+}
+
 }  // namespace
 
 CairoSurfaceHandle radialPicture(const CGGradient& gradient, CGPoint center, double radius, int width, int height) {
   CairoSurfaceHandle picture = unclearedImage(width, height);
   if (!picture) return nullptr;
   uint8_t* data = cairo_image_surface_get_data(picture.get());
-  std::array<uint32_t, shades + 1> ramp;
-  for (size_t i = 0; i <= shades; ++i)
-    ramp[i] = premultiplied(gradient.colorAt(static_cast<double>(i) / static_cast<double>(shades)));
+  const auto ramp = rampOf(gradient, premultiplied);
   const int stride = cairo_image_surface_get_stride(picture.get());
   const float toShade = static_cast<float>(static_cast<double>(shades) / radius);
   std::vector<int32_t> found(static_cast<size_t>(width));
@@ -66,6 +87,26 @@ CairoSurfaceHandle radialPicture(const CGGradient& gradient, CGPoint center, dou
   }
   cairo_surface_mark_dirty(picture.get());
   return picture;
+}
+
+bool multiplyByRadialAlpha(cairo_t* cr, const CGGradient& gradient, CGPoint center, double radius) {
+  const auto ramp = rampOf(gradient, alphaForComponents);
+  const auto toShade = static_cast<float>(static_cast<double>(shades) / radius);
+  const double inf = std::numeric_limits<double>::infinity();
+  std::vector<int32_t> found;
+  return forEachClippedRow(cr, {-inf, -inf, inf, inf}, [&](double x, double y, uint32_t* pixels, size_t count) {
+    found.resize(count);
+    findShades(static_cast<float>(x + 0.5 - center.x), static_cast<float>(y + 0.5 - center.y), toShade, count,
+               found.data());
+    const auto alphaAt = [&](size_t i) { return ramp[static_cast<size_t>(found[i])]; };
+    size_t i = 0;
+    for (; i + pixelsAtOnce <= count; i += pixelsAtOnce)
+      if ((pixels[i] | pixels[i + 1]) != 0) multiply(pixels + i, alphaAt(i), alphaAt(i + 1));
+    if (i == count) return;
+    uint32_t last[pixelsAtOnce] = {pixels[i], 0};
+    multiply(last, alphaAt(i), 0);
+    pixels[i] = last[0];
+  });
 }
 
 }  // namespace zelkon
