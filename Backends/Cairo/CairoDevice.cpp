@@ -9,6 +9,9 @@ namespace zelkon {
 
 namespace {
 
+// In bytes of the file, and how many: those of the charts themselves are few and small.
+constexpr size_t largestKeptPicture = 4096, mostKeptPictures = 16;
+
 const CairoSurface* ownSurface(const Surface* surface) {
   const auto* own = dynamic_cast<const CairoSurface*>(surface);
   assert(own && "a surface of another backend");
@@ -32,7 +35,14 @@ std::unique_ptr<CGContext> CairoDevice::contextForSurface(const std::shared_ptr<
 }
 
 std::shared_ptr<Surface> CairoDevice::decodePNG(const uint8_t* bytes, size_t count) {
-  return CairoSurface::decodePNG(bytes, count);
+  if (!bytes || count > largestKeptPicture) return CairoSurface::decodePNG(bytes, count);
+  const std::string picture(reinterpret_cast<const char*>(bytes), count);
+  if (const auto kept = decoded_.find(picture); kept != decoded_.end()) return kept->second;
+  std::shared_ptr<Surface> surface = CairoSurface::decodePNG(bytes, count);
+  if (!surface) return nullptr;
+  if (decoded_.size() >= mostKeptPictures) decoded_.clear();
+  decoded_.emplace(picture, surface);
+  return surface;
 }
 
 std::vector<uint8_t> CairoDevice::readPixels(const Surface& surface) {

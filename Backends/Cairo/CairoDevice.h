@@ -2,6 +2,8 @@
 #pragma once
 
 #include <memory>
+#include <string>
+#include <unordered_map>
 
 #include "CoreGraphics/GraphicsDevice.h"
 
@@ -20,6 +22,7 @@ class CairoDevice : public GraphicsDevice {
   // Null above 32767 pixels a side or 1 GiB.
   std::shared_ptr<Surface> makeSurface(int pixelWidth, int pixelHeight) override;
   std::unique_ptr<CGContext> contextForSurface(const std::shared_ptr<Surface>& surface, double scale) override;
+  // Small pictures are kept and given again for the same bytes: nobody may draw on them.
   std::shared_ptr<Surface> decodePNG(const uint8_t* bytes, size_t count) override;
   std::vector<uint8_t> readPixels(const Surface& surface) override;
   double advanceOfText(const FontFace& face, std::string_view text) override;
@@ -32,6 +35,7 @@ class CairoDevice : public GraphicsDevice {
  private:
   double scale_;
   std::shared_ptr<CairoText> text_;
+  std::unordered_map<std::string, std::shared_ptr<Surface>> decoded_;  // by the bytes of the file
 };
 
 }  // namespace zelkon

@@ -177,6 +177,28 @@ TEST_F(CairoPixels, RadialGradientsFollowTheDistanceInPixels) {
   }
 }
 
+TEST_F(CairoPixels, TheSameBytesGiveTheSamePictureAndOthersAnother) {
+  std::vector<std::string> files;
+  std::vector<std::vector<uint8_t>> drawn;
+  for (int shade = 0; shade < 40; ++shade) {
+    start(3, 2);
+    context->setFillColor({shade / 39.0, 0, 0, 1});
+    context->fillRect(CGRectMake(0, 0, 3, 2));
+    context->flush();
+    files.push_back(device.encodePNG(*surface));
+    drawn.push_back(device.readPixels(*surface));
+  }
+  for (int round = 0; round < 2; ++round) {
+    for (size_t shade = 0; shade < files.size(); ++shade) {
+      const std::string& file = files[shade];
+      const auto decoded = device.decodePNG(reinterpret_cast<const uint8_t*>(file.data()), file.size());
+      ASSERT_TRUE(decoded);
+      EXPECT_EQ(device.readPixels(*decoded), drawn[shade]);
+      EXPECT_EQ(device.decodePNG(reinterpret_cast<const uint8_t*>(file.data()), file.size()), decoded);
+    }
+  }
+}
+
 TEST_F(CairoPixels, BytesThatAreNoWholePNGGiveNothing) {
   const std::string text = "this is not a picture, not in the least";
   EXPECT_FALSE(device.decodePNG(reinterpret_cast<const uint8_t*>(text.data()), text.size()));
