@@ -29,9 +29,17 @@ const enum Op {
 const longestSide = 32767;
 const mostPixels = 1 << 28;
 const mostPooled = 6;
+const mostSpare = 64;
 
-function makeCanvas(width: number, height: number): Surface | null {
+// One of the spare ones, if there are any, given the size and so cleared and reset.
+function makeCanvas(width: number, height: number, spare: Surface[] = []): Surface | null {
   if (!(width >= 1 && height >= 1 && width <= longestSide && height <= longestSide && width * height <= mostPixels)) return null;
+  const surface = spare.pop();
+  if (surface) {
+    surface.canvas.width = width;
+    surface.canvas.height = height;
+    return surface;
+  }
   let canvas: Canvas;
   if (typeof OffscreenCanvas === 'function') {
     canvas = new OffscreenCanvas(width, height);
@@ -84,6 +92,8 @@ export class CanvasRuntime {
   private readonly pictures = new Map<string, ImageBitmap>();
   private readonly strings: string[] = [];
   private readonly pool = new CanvasPool();
+  // Dropped surfaces: without pixels they cost next to nothing, but a new context takes time.
+  private readonly spare: Surface[] = [];
   private readonly decoder = new TextDecoder();
   private readonly fonts: Fonts;
   private lastId = 0;
@@ -120,7 +130,7 @@ export class CanvasRuntime {
   }
 
   make(width: number, height: number): number {
-    const surface = makeCanvas(width, height);
+    const surface = makeCanvas(width, height, this.spare);
     if (!surface) return 0;
     this.surfaces.set(++this.lastId, surface);
     return this.lastId;
@@ -188,13 +198,18 @@ export class CanvasRuntime {
         return;
       case Op.release: {
         const surface = this.surfaces.get(a[0]);
-        if (surface) drop(surface);
         this.surfaces.delete(a[0]);
+        if (!surface) return;
+        drop(surface);
+        if (this.spare.length < mostSpare) this.spare.push(surface);
         return;
       }
       case Op.resize: {
         const canvas = this.surfaces.get(a[0])?.canvas;
-        if (canvas && (canvas.width !== a[1] || canvas.height !== a[2])) [canvas.width, canvas.height] = [a[1], a[2]];
+        if (!canvas) return;
+        // Each of the two makes the engine throw the pixels away and get others.
+        if (canvas.width !== a[1]) canvas.width = a[1];
+        if (canvas.height !== a[2]) canvas.height = a[2];
         return;
       }
     }

@@ -28,6 +28,11 @@ const largestFont = 10000;
 // The first letter belongs to a script that is written from the right.
 const readsFromRight = /^[^\p{L}]*[\u0590-\u08ff\ufb1d-\ufdff\ufe70-\ufeff]/u;
 
+interface Point {
+  x: number;
+  y: number;
+}
+
 interface Level {
   surface: Surface;
   x: number; // where the level's pixels lie in those of the context's surface, y down
@@ -278,14 +283,18 @@ export class Painter {
   }
 
   // The corners of the level's pixels in user space; none when it has collapsed.
-  private corners(): DOMPoint[] {
-    const back = this.context.getTransform().invertSelf();
+  private corners(): Point[] {
+    const { a, b, c, d, e, f } = this.context.getTransform();
+    const determinant = a * d - b * c;
     const { width, height } = this.level;
-    return [new DOMPoint(0, 0), new DOMPoint(width, 0), new DOMPoint(width, height), new DOMPoint(0, height)].map((corner) => corner.matrixTransform(back));
+    return [[0, 0], [width, 0], [width, height], [0, height]].map(([x, y]) => ({
+      x: (d * (x - e) - c * (y - f)) / determinant,
+      y: (a * (y - f) - b * (x - e)) / determinant,
+    }));
   }
 }
 
-function polygon(context: Context, points: { x: number; y: number }[]): void {
+function polygon(context: Context, points: Point[]): void {
   points.forEach(({ x, y }) => context.lineTo(x, y));
   context.closePath();
 }

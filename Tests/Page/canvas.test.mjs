@@ -76,6 +76,26 @@ test('surfaces are given back', async () => {
   assert.equal(await page.evaluate(() => window.canvas.painters.size), 0);
 });
 
+test('a canvas that was given back serves again, blank and with no state of before', async () => {
+  const result = await page.evaluate(() => {
+    const runtime = new CanvasRuntime();
+    const fill = [8, 19, 0, 1, 0, 0, 1, 0, 0, 0, 0, 1, 4, 0, 1, 4, 4, 1, 0, 4, 3];
+    const translate = [6, 6, 1, 0, 0, 1, 2, 0];
+    const first = runtime.make(4, 4);
+    const { canvas } = runtime.surfaces.get(first);
+    // A painter that is never closed leaves its state behind.
+    runtime.replay(new Float64Array([1, 3, 7, first, 1, 3, 1, 7, ...translate, ...fill, 17, 1, first]), new Uint8Array(0));
+    const second = runtime.make(6, 5);
+    const isSame = runtime.surfaces.get(second).canvas === canvas;
+    const pixels = new Uint8Array(4 * 6 * 5);
+    const blank = runtime.read(second, pixels) && pixels.every((byte) => byte === 0);
+    runtime.replay(new Float64Array([1, 3, 8, second, 1, 3, 1, 8, ...fill, 2, 1, 8]), new Uint8Array(0));
+    runtime.read(second, pixels);
+    return { isSame, size: [canvas.width, canvas.height], blank, red: Array.from({ length: 6 }, (_, x) => pixels[4 * (4 * 6 + x)]) };
+  });
+  assert.deepEqual(result, { isSame: true, size: [6, 5], blank: true, red: [255, 255, 255, 255, 0, 0] });
+});
+
 test('widths grow exactly with the size', async () => {
   const widths = await page.evaluate(() => {
     const bytes = new TextEncoder().encode('Groceries & Household');
