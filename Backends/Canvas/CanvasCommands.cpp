@@ -8,8 +8,9 @@ namespace {
 
 // The page need not wait for the end of a huge frame, nor memory hold it all.
 constexpr size_t longBuffer = size_t{1} << 17;
-// Texts known to the page; beyond this the numbers start over.
+// Texts known to the page and the bytes of all of them; beyond this the page forgets them and the numbers start over.
 constexpr size_t mostStrings = 4096;
+constexpr size_t mostStringBytes = size_t{1} << 18;
 
 }  // namespace
 
@@ -53,7 +54,11 @@ void CanvasCommands::color(const RGBA& color) { more({color.red, color.green, co
 
 int CanvasCommands::string(const std::string& text) {
   if (const auto known = numbers_.find(text); known != numbers_.end()) return known->second;
-  if (numbers_.size() >= mostStrings) numbers_.clear();
+  knownBytes_ += text.size();
+  if (numbers_.size() >= mostStrings || knownBytes_ > mostStringBytes) {
+    numbers_.clear();
+    knownBytes_ = text.size();
+  }
   const int number = static_cast<int>(numbers_.size());
   numbers_.emplace(text, number);
   add(0, CanvasOp::string, {static_cast<double>(number), static_cast<double>(text.size())});

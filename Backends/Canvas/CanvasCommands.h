@@ -2,7 +2,8 @@
 // canvas.ts in one call. The order alone keeps pictures right: what draws a surface stands before what shows it.
 //
 // A command is its number, the count of its arguments, and the arguments, all as doubles. Text crosses once: a `string`
-// command gives a number to the next bytes of the string block, later commands use the number.
+// command gives a number to the next bytes of the string block, later commands use the number. The number 0 makes the
+// page forget all texts before it.
 #pragma once
 
 #include <cstddef>
@@ -56,7 +57,8 @@ class CanvasCommands {
   std::vector<double> commands_;
   std::string strings_;
   std::unordered_map<std::string, int> numbers_;
-  size_t countAt_ = 0;  // where the last command's argument count stands
+  size_t knownBytes_ = 0;  // of the texts that have numbers
+  size_t countAt_ = 0;     // where the last command's argument count stands
   int selected_ = 0, lastContext_ = 0;
 };
 

@@ -8,12 +8,6 @@
 
 namespace zelkon {
 
-namespace {
-
-constexpr size_t mostAdvances = 8192;
-
-}  // namespace
-
 CanvasDevice::CanvasDevice(double screenScale) : commands_(std::make_shared<CanvasCommands>()), screenScale_(1) {
   setScreenScale(screenScale);
 }
@@ -61,12 +55,7 @@ std::vector<uint8_t> CanvasDevice::readPixels(const Surface& surface) {
 
 double CanvasDevice::advanceOfText(const FontFace& face, std::string_view text) {
   if (text.empty()) return 0;
-  const int number = canvasFace(face);
-  std::string key(1, static_cast<char>('0' + number));
-  key += text;
-  if (const auto known = advances_.find(key); known != advances_.end()) return known->second;
-  if (advances_.size() >= mostAdvances) advances_.clear();
-  return advances_[std::move(key)] = zkCanvasMeasure(number, text.data(), text.size());
+  return zkCanvasMeasure(canvasFace(face), text.data(), text.size());
 }
 
 }  // namespace zelkon

@@ -2,8 +2,6 @@
 #pragma once
 
 #include <memory>
-#include <string>
-#include <unordered_map>
 
 #include "Backends/Canvas/CanvasCommands.h"
 #include "Backends/Canvas/CanvasSurface.h"
@@ -32,7 +30,6 @@ class CanvasDevice : public GraphicsDevice {
  private:
   std::shared_ptr<CanvasCommands> commands_;
   double screenScale_;
-  std::unordered_map<std::string, double> advances_;
 };
 
 }  // namespace zelkon

@@ -170,6 +170,7 @@ export class CanvasRuntime {
       const a = commands.subarray(i + 2, end);
       i = end;
       if (op === Op.string) {
+        if (a[0] === 0) this.strings.length = 0;
         this.strings[a[0]] = this.decoder.decode(strings.subarray(stringsAt, stringsAt + a[1]));
         stringsAt += a[1];
         continue;

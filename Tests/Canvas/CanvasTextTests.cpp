@@ -44,6 +44,17 @@ void ink(CanvasTest& t) {
   }
 }
 
+// A page may have new texts for ever: 3 MB of them, each drawn twice in a row. canvas.test.mjs looks at what is kept.
+void longTexts(CanvasTest& t) {
+  t.start(8, 8);
+  for (int i = 0; i < 300; ++i) {
+    const std::string text = std::to_string(i) + std::string(10000, ' ') + "H";
+    for (int twice = 0; twice < 2; ++twice) t.context->showTextRun({FontFaceHelvetica(), 8, text, {0, 0}});
+  }
+  t.context->showTextRun({FontFaceHelvetica(), 8, "HH", {0, 0}});
+  t.expect(inkColumns(t).first >= 0, "the last text is drawn");
+}
+
 void baseline(CanvasTest& t) {
   t.start(40, 40);
   t.context->setFillColor({1, 0, 0, 1});
@@ -119,7 +130,8 @@ std::vector<NamedCanvasTest> canvasTextTests() {
           {"text that reads from the right keeps its place", fromTheRight},
           {"sizes beyond reason do no harm", oddSizes},
           {"texts beyond the remembered ones are still the right ones", manyTexts},
-          {"the locale's texts reach the module", locale}};
+          {"the locale's texts reach the module", locale},
+          {"texts are new for ever", longTexts}};
 }
 
 }  // namespace zelkon

@@ -76,6 +76,12 @@ test('surfaces are given back', async () => {
   assert.equal(await page.evaluate(() => window.canvas.painters.size), 0);
 });
 
+test('texts that are no longer new are forgotten', async () => {
+  // The last of the tests above has drawn 3 MB of texts.
+  const kept = await page.evaluate(() => window.canvas.strings.reduce((sum, text) => sum + text.length, 0));
+  assert.ok(kept < 300000, `${kept}`);
+});
+
 test('a canvas that was given back serves again, blank and with no state of before', async () => {
   const result = await page.evaluate(() => {
     const runtime = new CanvasRuntime();
