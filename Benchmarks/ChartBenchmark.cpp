@@ -7,6 +7,7 @@
 
 #include "Backends/Cairo/CairoDevice.h"
 #include "Backends/Cairo/IcuLocaleServices.h"
+#include "Benchmarks/ChartSamples.h"
 #include "Classes/Plotting/LinePlot.h"
 #include "CoreGraphics/CGContext.h"
 #include "Hosts/Headless/PlugInHost.h"
@@ -17,7 +18,7 @@ namespace {
 
 using namespace zelkon;
 
-constexpr CGSize size{800, 400};
+constexpr CGSize size = kChartSize;
 constexpr double frame = 1.0 / 60;
 constexpr double longestOpening = 60;
 
@@ -32,26 +33,12 @@ class Services {
   std::shared_ptr<LocaleServices> earlier_;
 };
 
-constexpr const char* monthNames[] = {"January", "February", "March",     "April",   "May",      "June",
-                                      "July",    "August",   "September", "October", "November", "December"};
-
-struct Month {
-  std::string longName, mediumName, shortName, year, amount;
-  double y;
-};
-Month month(int64_t index) {
-  const std::string name = monthNames[index % 12], shortName = name.substr(0, 3);
-  const std::string year = std::to_string(1900 + index / 12);
-  const double y = 400 + static_cast<double>(index * 7919 % 1000);
-  return {name + " " + year, shortName + " " + year, shortName, year, std::to_string(static_cast<int>(y)), y};
-}
-
 // What a page hands over.
 Value spending(int64_t count) {
   ValueArray entries;
   entries.reserve(static_cast<size_t>(count));
   for (int64_t i = 0; i < count; ++i) {
-    const Month m = month(i);
+    const SampleMonth m = sampleMonth(i);
     entries.emplace_back(ValueDictionary{{"humanX", m.longName},
                                          {"mediumHumanX", m.mediumName},
                                          {"shortHumanX", m.shortName},
@@ -62,45 +49,20 @@ Value spending(int64_t count) {
   return entries;
 }
 
-// The same as a plotter holds it.
-PlotEntryListRef entries(int64_t count) {
-  std::vector<PlotEntryRef> result;
-  for (int64_t i = 0; i < count; ++i) {
-    const Month m = month(i);
-    auto entry = std::make_shared<PlotEntry>();
-    entry->humanX = std::make_shared<const std::string>(m.longName);
-    entry->mediumHumanX = std::make_shared<const std::string>(m.mediumName);
-    entry->shortHumanX = std::make_shared<const std::string>(m.shortName);
-    entry->shortHumanXSubtitle = m.year;
-    entry->humanY = std::make_shared<const std::string>("$" + m.amount);
-    entry->y = m.y;
-    result.push_back(std::move(entry));
-  }
-  return std::make_shared<const PlotEntryArray>(std::move(result));
-}
-
-// Long names into 800 points, until they fit or one is left. Each row is new, as a new chart's is.
+// Until the labels fit or one is left.
 void FitLabels(benchmark::State& state) {
   Services services;
-  const double slot = size.width / static_cast<double>(state.range(0));
   for (auto _ : state) {
     state.PauseTiming();
-    LabelRow row;
-    for (int64_t i = 0; i < state.range(0); ++i) {
-      row.labels.emplace_back(month(i).longName, BarPlot::xLabelAttributes());
-      row.rects.push_back(CGRectMake(slot * static_cast<double>(i), 34, slot, 15));
-    }
+    LabelRow row = sampleLabels(state.range(0));
     state.ResumeTiming();
     labelfitting::fit(row, 20);
     benchmark::DoNotOptimize(row.labels.data());
   }
 }
 
-// Eighteen ranges from a millionth to a billion times a thousand.
 void ComputeGridlines(benchmark::State& state) {
-  for (auto _ : state)
-    for (double max = 1e-6; max < 2e12; max *= 10)
-      benchmark::DoNotOptimize(CashFlowPlot::computeGridlinesForMinAmount(-max / 3, max * 1.7, true, 5));
+  for (auto _ : state) benchmark::DoNotOptimize(computeSampleGridlines());
 }
 
 template <typename Plot>
@@ -110,11 +72,11 @@ void Generate(benchmark::State& state, double width) {
   root->setBounds(CGRectMake(0, 0, width, size.height));
   const auto plot = std::make_shared<Plot>();
   plot->setRootLayer(root);
-  const PlotEntryListRef data = entries(state.range(0));
+  const PlotEntryListRef data = sampleEntries(state.range(0));
   for (auto _ : state) plot->setPlotData(data);
   CATransaction::flush();
 }
-void GenerateBars(benchmark::State& state) { Generate<BarPlot>(state, state.range(0) > 15 ? 3200 : size.width); }
+void GenerateBars(benchmark::State& state) { Generate<BarPlot>(state, sampleWidth(state.range(0))); }
 void GenerateLine(benchmark::State& state) { Generate<LinePlot>(state, size.width); }
 
 // A view on a screen of one pixel per point.
