@@ -13,6 +13,8 @@ namespace {
 
 // Beyond this the kernel is so long that three running means are much faster, and as good as a gaussian to the eye.
 constexpr double largestKernelSigma = 10;
+// Far beyond any picture, and still a number of pixels.
+constexpr double farthestReach = 1 << 24;
 
 using Line = std::vector<float>;
 
@@ -198,14 +200,16 @@ void blurByMeans(uint8_t* bytes, size_t stride, int width, int height, double si
 
 }  // namespace
 
-int gaussianReach(double sigma) { return sigma > 0 ? static_cast<int>(std::ceil(3 * sigma)) + 1 : 0; }
+int gaussianReach(double sigma) {
+  return sigma > 0 ? static_cast<int>(std::min(std::ceil(3 * sigma), farthestReach)) + 1 : 0;
+}
 
 void gaussianBlur(uint8_t* values, size_t stride, int width, int height, double sigma) {
   if (!(sigma > 0) || width <= 0 || height <= 0) return;
   if (sigma <= largestKernelSigma)
     blurByKernel(values, stride, static_cast<size_t>(width), static_cast<size_t>(height), kernelFor(sigma));
   else
-    blurByMeans(values, stride, width, height, sigma);
+    blurByMeans(values, stride, width, height, std::min(sigma, farthestReach));
 }
 
 }  // namespace zelkon

@@ -51,12 +51,13 @@ class Player {
   void play(const std::string& folder) {
     folder_ = folder;
     if (!scenario_.steps) {
-      if (scenario_.options) host_->call("SetPlotOptions", {*scenario_.options});
-      if (scenario_.data) host_->call("SetPlotData", {*scenario_.data});
-      host_->waitForAnimations(kLongestOpening);
+      if (scenario_.options) guarded([&] { host_->call("SetPlotOptions", {*scenario_.options}); });
+      if (scenario_.data) guarded([&] { host_->call("SetPlotData", {*scenario_.data}); });
+      guarded([&] { host_->waitForAnimations(kLongestOpening); });
       return;
     }
-    for (const ScenarioStep& step : *scenario_.steps) std::visit([this](const auto& s) { carryOut(s); }, step);
+    for (const ScenarioStep& step : *scenario_.steps)
+      guarded([&] { std::visit([this](const auto& s) { carryOut(s); }, step); });
   }
 
  private:
@@ -71,14 +72,18 @@ class Player {
   }
   std::string place(const std::string& file) const { return folder_.empty() ? file : folder_ + "/" + file; }
 
-  // What a call raises is the page's mistake: it is told of it and goes on.
-  void carryOut(const CallStep& step) {
+  // What a step raises, a call or a change of the frame, is told to the page, which goes on.
+  template <typename Step>
+  void guarded(Step step) {
     try {
-      const Value result = host_->call(step.name, step.arguments);
-      if (!result.isNull() && !result.isUndefined()) transcript_.result(step.name, result);
+      step();
     } catch (const NSException& exception) {
       transcript_.log(exception.description());
     }
+  }
+  void carryOut(const CallStep& step) {
+    const Value result = host_->call(step.name, step.arguments);
+    if (!result.isNull() && !result.isUndefined()) transcript_.result(step.name, result);
   }
   void carryOut(const WaitStep& step) { host_->wait(step.seconds); }
   void carryOut(const MouseStep& step) {

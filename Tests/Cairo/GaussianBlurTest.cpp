@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <random>
 #include <vector>
 
@@ -110,6 +111,19 @@ TEST(GaussianBlur, WithoutSigmaNothingChanges) {
   gaussianBlur(picture.values.data(), picture.stride(), 3, 1, 0);
   EXPECT_EQ(picture.valueAt(0, 0), 0);
   EXPECT_EQ(picture.valueAt(1, 0), 200);
+}
+
+TEST(GaussianBlur, ImmenseSigmasHaveAReachAndLeaveNothingToBeSeen) {
+  const double infinity = std::numeric_limits<double>::infinity();
+  for (const double sigma : {1e9, 1e300, infinity}) {
+    EXPECT_GT(gaussianReach(sigma), 1000000) << sigma;
+    EXPECT_LT(gaussianReach(sigma), 1000000000) << sigma;
+    Picture picture(20, 20);
+    picture.at(10, 10) = 255;
+    gaussianBlur(picture.values.data(), picture.stride(), 20, 20, sigma);
+    EXPECT_EQ(picture.valueAt(10, 10), 0) << sigma;
+  }
+  EXPECT_EQ(gaussianReach(std::nan("")), 0);
 }
 
 }  // namespace

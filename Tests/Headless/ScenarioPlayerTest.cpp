@@ -62,6 +62,17 @@ TEST_F(ScenarioPlayerTest, ACallThatRaisesIsLoggedAndThePageGoesOn) {
   EXPECT_EQ(lines[1], "0.250 page SpendingTrendsHaveDisplayed()");
 }
 
+TEST_F(ScenarioPlayerTest, AFrameThatRaisesIsLoggedAndTheScenarioGoesOn) {
+  // The view has its data before it has a size; the first one has no room for two bars beside their labels.
+  const Lines lines = play(R"({"plot": "spendingOverTimeBarOrLine", "size": [0, 0], "steps": [
+      {"call": "SetPlotData", "arguments": [[{"humanX": "a", "humanY": "a", "y": "1"},
+                                             {"humanX": "b", "humanY": "b", "y": "1000000"}]]},
+      {"frame": [70, 100]}, {"wait": 1}, {"layers": "after.json"}]})");
+  EXPECT_EQ(lines, (Lines{"0.000 log DEBUGGING: BarPlot cannot handle too many bars yet, the margins have shrunk to "
+                          "less than 2 pixels."}));
+  EXPECT_FALSE(file("after.json").empty());
+}
+
 TEST_F(ScenarioPlayerTest, HoveringTellsThePageNewAndPreviousSlice) {
   // Centre (150, 91.5) from below: 108.5 from the top.
   EXPECT_EQ(
