@@ -254,8 +254,8 @@ test('a chart survives', async (context) => {
     await page.evaluate((others) => (pie.SetPlotData(three), tick(0), tick(100), pie.SetPlotData(others), tick(50)), others);
     assert.deepEqual(await page.evaluate('calls'), []);
     await page.evaluate('tick(101), tick(16), tick(16), release()');
-    const fresh = await browser.open(pie, script, { reducedMotion: 'reduce' });
-    await fresh.evaluate((others) => start(others), others);
+    const fresh = await browser.open(pie, handDriven + script);
+    await fresh.evaluate((others) => (pie.SetPlotData(others), tick(0), tick(100), tick(50), tick(101), tick(16), tick(16), release()), others);
     assert.equal(await page.evaluate('picture(pie)'), await fresh.evaluate('picture(pie)'));
     await assertClean(page, [pieDisplayed]);
   });
