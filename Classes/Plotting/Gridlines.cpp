@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdio>
+#include <string>
 
+#include "Foundation/DecimalDigits.h"
 #include "Foundation/NSAssertionHandler.h"
 #include "Foundation/NSException.h"
 #include "Foundation/NSScanner.h"
@@ -134,9 +135,7 @@ double magnitude(double value) {
   int power = 0;
   for (; v < 1; v *= 10) --power;
   for (; v > 10; v /= 10) ++power;
-  char text[16];
-  std::snprintf(text, sizeof text, "1e%d", power);
-  return NSScanDouble(text).value_or(1);
+  return NSScanDouble("1e" + std::to_string(power)).value_or(1);
 }
 
 double displayValue(double value) {
@@ -195,9 +194,7 @@ void selfTest() {
     const Gridlines lines = compute(test.min, test.max, test.zeroRequired, test.total);
     std::string text = "TestGridlineArray(points";
     for (const double value : test.expected) {
-      char number[32];
-      std::snprintf(number, sizeof number, ", %.1ff", value);
-      text += number;
+      text += ", " + DecimalDigits::exact(value).fixed(1) + "f";
     }
     NSParameterAssert(areAsExpected(lines, test.expected), text + ")", "+[CashFlowPlot _testGridlineGeneration]",
                       nullptr, kFile, __LINE__);

@@ -1,7 +1,8 @@
 #include "Hosts/Web/PageJSON.h"
 
 #include <cmath>
-#include <cstdio>
+
+#include "Foundation/DecimalDigits.h"
 
 namespace zelkon {
 namespace {
@@ -13,9 +14,10 @@ void appendString(std::string& out, std::string_view text) {
       out += '\\';
       out += c;
     } else if (static_cast<unsigned char>(c) < 0x20) {
-      char escape[8];
-      std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(c));
-      out += escape;
+      constexpr char hexDigits[] = "0123456789abcdef";
+      out += "\\u00";
+      out += hexDigits[c >> 4];
+      out += hexDigits[c & 15];
     } else {
       out += c;
     }
@@ -29,9 +31,11 @@ void append(std::string& out, const Value& value) {
   } else if (value.isInteger()) {
     out += std::to_string(value.integerValue());
   } else if (value.isNumber() && std::isfinite(value.doubleValue())) {
-    char digits[32];
-    std::snprintf(digits, sizeof digits, "%.17g", value.doubleValue());
-    out += digits;
+    const DecimalDigits number = DecimalDigits::shortest(value.doubleValue());
+    if (number.negative) out += '-';
+    out += number.digits.empty() ? "0" : number.digits;
+    const int power = number.exponent - static_cast<int>(number.digits.size());
+    if (power != 0) out += 'e' + std::to_string(power);
   } else if (value.isString()) {
     appendString(out, value.string());
   } else if (value.isArray()) {

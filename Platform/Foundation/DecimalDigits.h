@@ -12,7 +12,9 @@ struct DecimalDigits {
   std::string digits;  // no leading and no trailing zeros
   int exponent = 0;
 
-  // The fewest digits that read back as the same number. Precondition: `value` is finite.
+  // All digits of the number, up to 767 of them. Precondition: `value` is finite.
+  static DecimalDigits exact(double value);
+  // The fewest digits, of 15 or more, that read back as the same number. Precondition: `value` is finite.
   static DecimalDigits shortest(double value);
   // The nearest double; infinity when it is too large.
   double value() const;
@@ -22,6 +24,12 @@ struct DecimalDigits {
   std::string integralPart() const;
   // The digits after the decimal point, empty when there are none.
   std::string fractionalPart() const;
+  // With exactly `count` digits after a point, at least one, rounded half to even.
+  std::string fixed(int count) const;
+
+ private:
+  // Rounds half to even, leaving at most `kept` digits.
+  void roundToDigits(int kept);
 };
 
 }  // namespace zelkon

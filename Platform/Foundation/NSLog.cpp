@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <utility>
 
+#include "Foundation/DecimalDigits.h"
+
 namespace zelkon {
 
 namespace {
@@ -29,11 +31,7 @@ void NSLog(std::string_view line) {
 std::string NSFormatDouble(double value) {
   if (std::isnan(value)) return "nan";
   if (std::isinf(value)) return value < 0 ? "-inf" : "inf";
-  char buffer[400];
-  const std::string text(buffer, std::snprintf(buffer, sizeof buffer, "%f", value));
-  // The process may run in a locale with another decimal separator.
-  const size_t separator = text.find_first_not_of("-0123456789");
-  return text.substr(0, separator) + "." + text.substr(text.size() - 6);
+  return DecimalDigits::exact(value).fixed(6);
 }
 
 }  // namespace zelkon

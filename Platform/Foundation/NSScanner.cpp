@@ -30,9 +30,6 @@ bool isDigit(char c) { return c >= '0' && c <= '9'; }
 constexpr size_t maximumDigits = 800;
 constexpr int maximumExponent = 100000;
 
-constexpr double powersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
-                                  1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-
 struct Prefix {
   bool negative = false;
   std::string_view integral, fraction;
@@ -64,23 +61,7 @@ std::optional<Prefix> longestPrefix(std::string_view text) {
   return prefix;
 }
 
-// Up to 15 significant digits and a power of ten up to 22 are exact doubles, so one operation rounds correctly.
-std::optional<double> exactValue(const Prefix& prefix) {
-  if (prefix.integral.size() + prefix.fraction.size() > 15) return std::nullopt;
-  const int exponent = prefix.exponent - static_cast<int>(prefix.fraction.size());
-  if (exponent < -22 || exponent > 22) return std::nullopt;
-  int64_t mantissa = 0;
-  for (const char c : prefix.integral) mantissa = mantissa * 10 + (c - '0');
-  for (const char c : prefix.fraction) mantissa = mantissa * 10 + (c - '0');
-  double value = static_cast<double>(mantissa);
-  if (exponent < 0)
-    value /= powersOfTen[-exponent];
-  else
-    value *= powersOfTen[exponent];
-  return prefix.negative ? -value : value;
-}
-
-double roundedValue(const Prefix& prefix) {
+double nearestValue(const Prefix& prefix) {
   DecimalDigits number;
   number.negative = prefix.negative;
   bool more = false;
@@ -111,8 +92,7 @@ std::optional<double> NSScanDouble(std::string_view text) {
   while (const size_t length = whitespaceLength(text)) text.remove_prefix(length);
   const std::optional<Prefix> prefix = longestPrefix(text);
   if (!prefix) return std::nullopt;
-  if (const std::optional<double> exact = exactValue(*prefix)) return exact;
-  return roundedValue(*prefix);
+  return nearestValue(*prefix);
 }
 
 }  // namespace zelkon

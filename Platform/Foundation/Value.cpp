@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cassert>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 #include <limits>
 
@@ -27,9 +26,16 @@ std::string numberDescription(double number) {
     return sign + digits.integralPart() + (fraction.empty() ? "" : "." + fraction);
   }
   const std::string rest = digits.digits.substr(1);
-  char suffix[16];
-  std::snprintf(suffix, sizeof suffix, "e%c%02d", exponent < 0 ? '-' : '+', std::abs(exponent));
-  return sign + digits.digits[0] + (rest.empty() ? "" : "." + rest) + suffix;
+  const std::string power = std::to_string(std::abs(exponent));
+  return sign + digits.digits[0] + (rest.empty() ? "" : "." + rest) + (exponent < 0 ? "e-" : "e+") +
+         (power.size() < 2 ? "0" : "") + power;
+}
+
+std::string addressText(const void* address) {
+  std::string digits;
+  for (auto rest = reinterpret_cast<uintptr_t>(address); rest != 0; rest /= 16)
+    digits.insert(digits.begin(), "0123456789abcdef"[rest % 16]);
+  return "0x" + digits;
 }
 
 // The items of an array or dictionary, one indented line each.
@@ -185,10 +191,8 @@ bool operator==(const Value& a, const Value& b) {
 }
 
 void Value::raiseUnrecognized(const char* selector) const {
-  char address[32];
   const auto* held = std::get_if<std::shared_ptr<Object>>(&content_);
-  std::snprintf(address, sizeof address, "%p",
-                held ? static_cast<const void*>(held->get()) : static_cast<const void*>(this));
+  const std::string address = addressText(held ? static_cast<const void*>(held->get()) : this);
   NSRaise(NSInvalidArgumentException,
           "-[" + className() + " " + selector + "]: unrecognized selector sent to instance " + address);
 }
