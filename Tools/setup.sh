@@ -108,7 +108,7 @@ page_is_bundled() {
   for name in zelkon-plot.js zelkon-plot.wasm; do
     [ -f "out/web/$name" ] || return
   done
-  [ -f "$stamp" ] && [ -z "$(find Hosts/Web Backends/Canvas Resources LICENSE package-lock.json tsconfig.json build/wasm/bin/zelkon-plot-module.mjs \
+  [ -f "$stamp" ] && [ -z "$(find Hosts/Web Backends/Canvas Resources LICENSE package-lock.json tsconfig.json \
     build/wasm/bin/zelkon-plot-module.wasm -newer "$stamp" -print -quit)" ]
 }
 

@@ -1,5 +1,5 @@
 // The page's half of the browser backend: owns the canvases that the WebAssembly module knows by number and replays
-// its drawing commands. The host puts a CanvasRuntime on the module as `Module.canvas` and shows screens by binding the
+// its drawing commands. imports.ts hands over what the module asks for, and the host shows screens by binding the
 // element's own canvas.
 import { Fonts } from './fonts';
 import { Painter, type Canvas, type Context, type Pool, type Surface } from './painter';

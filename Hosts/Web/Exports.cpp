@@ -1,4 +1,4 @@
-// The functions that the module exports to runtime.ts.
+// The functions that the module exports to instance.ts.
 #include <emscripten.h>
 
 #include "Hosts/Web/PageScript.h"

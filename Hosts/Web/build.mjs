@@ -21,7 +21,6 @@ await build({
   target: 'es2022',
   minify: true,
   loader: { '.png': 'binary' },
-  alias: { 'zelkon-plot-module': join(module, 'zelkon-plot-module.mjs') },
   logLevel: 'warning',
 });
 copyFileSync(join(module, 'zelkon-plot-module.wasm'), join(out, 'zelkon-plot.wasm'));

@@ -115,18 +115,18 @@ void fuzzPageArray(const uint8_t* bytes, size_t size) {
 
 extern "C" {
 
-void zelkon_page_call(int, const char*, size_t, const char*, size_t) {}
-void zelkon_page_set(int, const char*, size_t, const char*, size_t) {}
-void zelkon_page_table_hold(int) { ++zelkon::heldTables; }
-void zelkon_page_table_release(int) { --zelkon::heldTables; }
+void zelkon_page_call(int, const char*, size_t, const char*, size_t) noexcept {}
+void zelkon_page_set(int, const char*, size_t, const char*, size_t) noexcept {}
+void zelkon_page_table_hold(int) noexcept { ++zelkon::heldTables; }
+void zelkon_page_table_release(int) noexcept { --zelkon::heldTables; }
 
-size_t zelkon_page_table_text(int, size_t cell, char* bytes, size_t capacity) {
+size_t zelkon_page_table_text(int, size_t cell, char* bytes, size_t capacity) noexcept {
   const std::string text = zelkon::pageText.substr(cell % zelkon::pageText.size(), 1 + cell % 300);
   if (text.size() <= capacity) text.copy(bytes, text.size());
   return text.size();
 }
 
-double zelkon_page_table_number(int, size_t cell) {
+double zelkon_page_table_number(int, size_t cell) noexcept {
   double number = 0;
   if (zelkon::pageText.size() >= sizeof number)
     std::memcpy(&number, zelkon::pageText.data() + cell % (zelkon::pageText.size() - sizeof number + 1), sizeof number);

@@ -19,7 +19,6 @@ export async function openPlayer(context) {
     format: 'esm',
     target: 'es2022',
     loader: { '.png': 'binary' },
-    alias: { 'zelkon-plot-module': join(root, 'build/wasm/bin/zelkon-plot-scenarios.mjs') },
     outfile: join(folder, 'player.js'),
     logLevel: 'warning',
   });

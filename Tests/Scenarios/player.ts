@@ -1,5 +1,6 @@
 // Plays a scenario on the page's own module with a clock that the test sets, and gives the transcript and the layer trees
 // that the command gives for the same file.
+import type { Heap } from '../../Backends/Canvas/heap';
 import { flattenData, flattenOptions, flattenValues } from '../../Hosts/Web/flatten';
 import { Instance } from '../../Hosts/Web/instance';
 
@@ -24,11 +25,10 @@ interface Scenario {
 }
 
 interface ScenarioModule {
-  HEAPU8: Uint8Array;
-  _zelkon_scenario_frame(id: number, width: number, height: number): void;
-  _zelkon_scenario_stop(id: number): void;
-  _zelkon_scenario_layers(id: number): number;
-  _zelkon_scenario_layers_size(): number;
+  zelkon_scenario_frame(id: number, width: number, height: number): void;
+  zelkon_scenario_stop(id: number): void;
+  zelkon_scenario_layers(id: number): number;
+  zelkon_scenario_layers_size(): number;
 }
 
 const largestInteger = 2 ** 63;
@@ -58,7 +58,7 @@ export async function play(scenario: Scenario, scale = 1): Promise<Played> {
     pageCall: (_plot, name, values) => note('page', `${name}(${values.map(text).join(', ')})`),
     instanceFailed: (error) => note('failed', String(error)),
   });
-  const module = (instance as unknown as { module: ScenarioModule }).module;
+  const { module, heap } = instance as unknown as { module: ScenarioModule; heap: Heap };
   instance.setScreenScale(scale);
   const screen = document.createElement('canvas');
   const id = instance.create(scenario.plot, instance.canvas.bindScreen(screen), ...scenario.size);
@@ -79,8 +79,8 @@ export async function play(scenario: Scenario, scale = 1): Promise<Played> {
     if (written) note('result', `${name} ${text(written)}`);
   };
   const dump = () => {
-    const at = module._zelkon_scenario_layers(id) >>> 0;
-    return JSON.parse(new TextDecoder().decode(module.HEAPU8.subarray(at, at + module._zelkon_scenario_layers_size())));
+    const at = module.zelkon_scenario_layers(id);
+    return JSON.parse(new TextDecoder().decode(heap.bytes(at, module.zelkon_scenario_layers_size())));
   };
 
   for (const step of scenario.steps) {
@@ -104,7 +104,7 @@ export async function play(scenario: Scenario, scale = 1): Promise<Played> {
     }
     if (step.frame) {
       size = step.frame;
-      module._zelkon_scenario_frame(id, ...size);
+      module.zelkon_scenario_frame(id, ...size);
     }
     if (step.resize) {
       turn(now);
@@ -116,7 +116,7 @@ export async function play(scenario: Scenario, scale = 1): Promise<Played> {
       const [x, y] = step.scroll;
       instance.setVisibleRect(id, x, y, Math.max(0, size[0] - x), Math.max(0, size[1] - y));
     }
-    if (step.lifecycle === 'stop') module._zelkon_scenario_stop(id);
+    if (step.lifecycle === 'stop') module.zelkon_scenario_stop(id);
     if (step.lifecycle === 'destroy') instance.destroy(id);
   }
   console.warn = warn;

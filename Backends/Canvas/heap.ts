@@ -1,0 +1,15 @@
+// The memory of the WebAssembly module. Its views move when it grows, so each is taken anew when it is needed.
+export class Heap {
+  memory!: WebAssembly.Memory;
+  private view = new Uint8Array();
+
+  get all(): Uint8Array {
+    if (this.view.buffer !== this.memory.buffer) this.view = new Uint8Array(this.memory.buffer);
+    return this.view;
+  }
+
+  // Pointers come as signed numbers.
+  bytes(at: number, count: number): Uint8Array {
+    return this.all.subarray(at >>> 0, (at >>> 0) + count);
+  }
+}
