@@ -24,12 +24,16 @@ function rowWeight(y) {
 // How dark a column of the left cap is, 0...1: nothing at the outer edge, 1 in the last column.
 const columnWeight = (x) => smooth(x / (capWidth - 1));
 
-// Grey and alpha, 8 bits each, rows from the top.
+// Grey and alpha, 8 bits each, rows from the top; each pixel as its difference to the one on its left, which packs well.
 function png(width, alphaAt) {
   const rows = Buffer.alloc(height * (1 + 2 * width));
   for (let y = 0; y < height; y += 1) {
-    for (let x = 0; x < width; x += 1) {
-      rows[y * (1 + 2 * width) + 2 + 2 * x] = Math.round(255 * peakAlpha * rowWeight(y) * alphaAt(x));
+    const row = y * (1 + 2 * width);
+    rows[row] = 1;
+    for (let x = 0, last = 0; x < width; x += 1) {
+      const alpha = Math.round(255 * peakAlpha * rowWeight(y) * alphaAt(x));
+      rows[row + 2 + 2 * x] = alpha - last;
+      last = alpha;
     }
   }
   const header = Buffer.alloc(13);
