@@ -8,8 +8,8 @@
 
 #include <cstddef>
 #include <initializer_list>
+#include <map>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "CoreGraphics/CGContext.h"
@@ -56,7 +56,7 @@ class CanvasCommands {
  private:
   std::vector<double> commands_;
   std::string strings_;
-  std::unordered_map<std::string, int> numbers_;
+  std::map<std::string, int> numbers_;
   size_t knownBytes_ = 0;  // of the texts that have numbers
   size_t countAt_ = 0;     // where the last command's argument count stands
   int selected_ = 0, lastContext_ = 0;

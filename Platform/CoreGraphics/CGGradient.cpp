@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "Foundation/NSException.h"
+#include "Foundation/VectorAlgorithms.h"
 
 namespace zelkon {
 
@@ -16,8 +17,7 @@ CGGradient::CGGradient(const std::vector<RGBA>& colors, const std::vector<double
     // Written so that a location that is not a number becomes 0.
     stops_.push_back({location > 0 ? std::min(location, 1.0) : 0.0, colors[i]});
   }
-  std::stable_sort(stops_.begin(), stops_.end(),
-                   [](const CGGradientStop& a, const CGGradientStop& b) { return a.location < b.location; });
+  StableSort(stops_, [](const CGGradientStop& a, const CGGradientStop& b) { return a.location < b.location; });
 }
 
 RGBA CGGradient::colorAt(double t) const {

@@ -1,5 +1,6 @@
 #include "CoreText/CTFont.h"
 
+#include <map>
 #include <string>
 #include <unordered_map>
 
@@ -66,7 +67,7 @@ class AdvanceMemo {
     installation_ = GraphicsDevice::installations();
   }
 
-  std::unordered_map<const FontFace*, Face> faces_;
+  std::map<const FontFace*, Face> faces_;
   size_t count_ = 0;
   unsigned long installation_ = 0;
 };

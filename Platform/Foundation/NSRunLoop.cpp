@@ -1,8 +1,8 @@
 #include "Foundation/NSRunLoop.h"
 
-#include <algorithm>
-#include <iterator>
 #include <utility>
+
+#include "Foundation/VectorAlgorithms.h"
 
 namespace zelkon {
 
@@ -21,20 +21,16 @@ void NSRunLoop::cancelPreviousPerformRequests(const void* target) {
   // What the requests held may cancel or schedule more when it goes, so it goes after the lists are in order again.
   std::vector<Request> dropped;
   for (std::vector<Request>* list : {&requests_, &running_}) {
-    const auto kept = std::stable_partition(list->begin(), list->end(),
-                                            [&](const Request& request) { return request.target != target; });
-    std::move(kept, list->end(), std::back_inserter(dropped));
-    list->erase(kept, list->end());
+    for (Request& request : ExtractIf(*list, [&](const Request& each) { return each.target == target; }))
+      dropped.push_back(std::move(request));
   }
 }
 
 void NSRunLoop::runDue(double now) {
   now_ = now;
-  const auto due = std::stable_partition(requests_.begin(), requests_.end(),
-                                         [&](const Request& request) { return !(request.due <= now); });
-  std::move(due, requests_.end(), std::back_inserter(running_));
-  requests_.erase(due, requests_.end());
-  std::stable_sort(running_.begin(), running_.end(), [](const Request& a, const Request& b) { return a.due < b.due; });
+  for (Request& request : ExtractIf(requests_, [&](const Request& each) { return each.due <= now; }))
+    running_.push_back(std::move(request));
+  StableSort(running_, [](const Request& a, const Request& b) { return a.due < b.due; });
   while (!running_.empty()) {
     const Request request = std::move(running_.front());
     running_.erase(running_.begin());

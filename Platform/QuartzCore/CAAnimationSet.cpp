@@ -1,7 +1,9 @@
 #include "QuartzCore/CAAnimationSet.h"
 
 #include <algorithm>
+#include <utility>
 
+#include "Foundation/VectorAlgorithms.h"
 #include "QuartzCore/CAAnimationTimeline.h"
 
 namespace zelkon {
@@ -48,11 +50,8 @@ void CAAnimationSet::add(CABasicAnimation animation, const std::string& key, std
 
 template <typename Matches>
 void CAAnimationSet::removeIf(Matches matches) {
-  const auto firstRemoved =
-      std::stable_partition(animations_.begin(), animations_.end(), [&](const auto& a) { return !matches(*a); });
-  std::vector<std::shared_ptr<CAAttachedAnimation>> removed(firstRemoved, animations_.end());
-  animations_.erase(firstRemoved, animations_.end());
-  for (const auto& attached : removed) CAAnimationTimeline::shared().didRemove(attached);
+  for (const auto& removed : ExtractIf(animations_, [&](const auto& a) { return matches(*a); }))
+    CAAnimationTimeline::shared().didRemove(removed);
 }
 
 void CAAnimationSet::remove(const std::string& key) {
@@ -60,7 +59,7 @@ void CAAnimationSet::remove(const std::string& key) {
 }
 
 void CAAnimationSet::removeAll() {
-  removeIf([](const CAAttachedAnimation&) { return true; });
+  for (const auto& removed : std::exchange(animations_, {})) CAAnimationTimeline::shared().didRemove(removed);
 }
 
 void CAAnimationSet::removeStarted() {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "Foundation/VectorAlgorithms.h"
+
 namespace zelkon {
 
 CAAnimationTimeline& CAAnimationTimeline::shared() {
@@ -26,29 +28,18 @@ void CAAnimationTimeline::didRemove(const std::shared_ptr<CAAttachedAnimation>& 
 }
 
 void CAAnimationTimeline::deliver() {
-  std::vector<std::shared_ptr<CAAttachedAnimation>> begun;
   std::vector<Stop> ended = std::exchange(stopped_, {});
-  const auto isGone = [](const auto& a) { return a->stopTold; };
-  running_.erase(std::remove_if(running_.begin(), running_.end(), isGone), running_.end());
-  beginning_.erase(std::remove_if(beginning_.begin(), beginning_.end(), isGone), beginning_.end());
-  const auto take = [](auto& from, auto isDue, auto receive) {
-    const auto firstDue = std::stable_partition(from.begin(), from.end(), [&](const auto& a) { return !isDue(*a); });
-    std::for_each(firstDue, from.end(), receive);
-    from.erase(firstDue, from.end());
-  };
-  take(
-      beginning_, [&](const CAAttachedAnimation& a) { return *a.start <= now_; },
-      [&](const auto& a) { begun.push_back(a); });
-  take(
-      running_, [&](const CAAttachedAnimation& a) { return a.end() <= now_; },
-      [&](const auto& a) {
-        a->stopTold = true;
-        ended.push_back({a->end(), true, a});
-      });
-  std::sort(begun.begin(), begun.end(), [](const auto& a, const auto& b) {
+  for (Animations* list : {&running_, &beginning_})
+    list->erase(std::remove_if(list->begin(), list->end(), [](const auto& a) { return a->stopTold; }), list->end());
+  Animations begun = ExtractIf(beginning_, [&](const auto& a) { return *a->start <= now_; });
+  for (const auto& animation : ExtractIf(running_, [&](const auto& a) { return a->end() <= now_; })) {
+    animation->stopTold = true;
+    ended.push_back({animation->end(), true, animation});
+  }
+  StableSort(begun, [](const auto& a, const auto& b) {
     return std::make_pair(*a->start, a->serial) < std::make_pair(*b->start, b->serial);
   });
-  std::sort(ended.begin(), ended.end(), [](const Stop& a, const Stop& b) {
+  StableSort(ended, [](const Stop& a, const Stop& b) {
     return std::make_pair(a.time, a.animation->serial) < std::make_pair(b.time, b.animation->serial);
   });
   for (const Stop& stop : ended)

@@ -29,8 +29,9 @@ class CAAnimationTimeline {
     bool finished;
     std::shared_ptr<CAAttachedAnimation> animation;
   };
-  std::vector<std::shared_ptr<CAAttachedAnimation>> beginning_;  // started, delegate not told yet
-  std::vector<std::shared_ptr<CAAttachedAnimation>> running_;
+  using Animations = std::vector<std::shared_ptr<CAAttachedAnimation>>;
+  Animations beginning_;  // started, delegate not told yet
+  Animations running_;
   std::vector<Stop> stopped_;  // removed before the end
   double now_ = 0;
 };

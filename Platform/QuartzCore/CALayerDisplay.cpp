@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "CoreGraphics/CGBitmapContext.h"
+#include "Foundation/VectorAlgorithms.h"
 #include "QuartzCore/CALayer.h"
 #include "QuartzCore/CALayerCommit.h"
 #include "QuartzCore/CALayerPainting.h"
@@ -26,8 +27,7 @@ size_t pixelsFor(double length) {
 
 // Stable by zPosition.
 std::vector<CALayerRef> inDrawingOrder(std::vector<CALayerRef> layers) {
-  std::stable_sort(layers.begin(), layers.end(),
-                   [](const CALayerRef& a, const CALayerRef& b) { return a->zPosition() < b->zPosition(); });
+  StableSort(layers, [](const CALayerRef& a, const CALayerRef& b) { return a->zPosition() < b->zPosition(); });
   return layers;
 }
 

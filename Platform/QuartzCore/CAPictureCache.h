@@ -2,7 +2,7 @@
 #pragma once
 
 #include <functional>
-#include <unordered_map>
+#include <map>
 
 #include "QuartzCore/CALayer.h"
 
@@ -39,7 +39,7 @@ class CAPictureCache {
   };
   Entry& entryFor(const CALayer& layer);
 
-  std::unordered_map<const CALayer*, Entry> entries_;
+  std::map<const CALayer*, Entry> entries_;
   double scale_ = 0;
   unsigned long frame_ = 1;
   int repaints_ = 0;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "Foundation/VectorAlgorithms.h"
 #include "QuartzCore/CALayerPainting.h"
 
 namespace zelkon {
@@ -152,8 +153,7 @@ CAPreparedTree::CAPreparedTree(const CALayer& root, double time, int maskDepth) 
       highest = std::max(highest, sublayer->zPosition());
     }
     if (!isSorted)
-      std::stable_sort(ordered.begin(), ordered.end(),
-                       [](const CALayer* a, const CALayer* b) { return a->zPosition() < b->zPosition(); });
+      StableSort(ordered, [](const CALayer* a, const CALayer* b) { return a->zPosition() < b->zPosition(); });
     for (auto sublayer = ordered.rbegin(); sublayer != ordered.rend(); ++sublayer)
       waiting.push_back({*sublayer, index});
   }
