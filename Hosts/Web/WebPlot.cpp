@@ -223,7 +223,8 @@ bool WebPlot::refreshIfNeeded() {
 
 void WebPlot::settle() {
   for (int round = 0; round < mostRoundsOfAnimations; ++round) {
-    NSRunLoop::mainRunLoop().runDue(CACurrentMediaTime());
+    // The media clock is a frame behind while a turn has just begun; what was scheduled in it is due all the same.
+    NSRunLoop::mainRunLoop().runDue(NSRunLoop::mainRunLoop().now());
     CATransaction::flush();
     if (!finishAnimations()) return;
     CATransaction::deliverEndedAnimations();

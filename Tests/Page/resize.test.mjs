@@ -100,6 +100,23 @@ test('size, motion and paper', async (context) => {
     assert.equal(calls.length, 2);
   });
 
+  await context.test('a resize while what is hovered still moves is silent too', async () => {
+    const page = await browser.open(pie, handDriven);
+    await page.evaluate('pie.SetPlotData(three), tick(0), tick(300), tick(16), tick(16)');
+    const { x, y } = bisectorPoint(fractions, 1, 300, 200, 0.3);
+    await page.mouse.move(x, y);
+    await page.evaluate('tick(16), tick(50)');
+    assert.ok((await page.evaluate('waiting.length')) > 0, 'it moves');
+    const calls = await page.evaluate('calls');
+    assert.equal(calls.length, 2);
+    await page.evaluate('pie.style.width = "340px", new Promise((resolve) => setTimeout(resolve, 200))');
+    await page.evaluate('tick(16)');
+    const atOnce = await page.evaluate('pixels(pie)');
+    await page.evaluate('tick(16), tick(400), tick(16), tick(16)');
+    assertNear(await page.evaluate('pixels(pie)'), atOnce, 24, 'the first picture is the last');
+    assert.deepEqual(await page.evaluate('calls'), calls);
+  });
+
   await context.test('a box that is dragged makes at most one view a frame', async () => {
     const page = await begin();
     await page.evaluate('(async () => { for (let i = 0; i < 60; ++i) { pie.style.width = 300 + i + "px"; pie.offsetWidth; await frames(1); } await frames(3); })()');
