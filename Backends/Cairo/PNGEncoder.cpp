@@ -98,11 +98,11 @@ void subtractRows(const uint32_t* row, const uint32_t* above, size_t width, uint
 // Appends what it is given to a string as one compressed stream.
 class Deflater {
  public:
-  explicit Deflater(std::string& out) : out_(out), stream_(new isal_zstream), levelBuffer_(ISAL_DEF_LVL1_DEFAULT) {
+  explicit Deflater(std::string& out) : out_(out) {
     isal_deflate_init(stream_.get());
     stream_->level = compressionLevel;
-    stream_->level_buf = levelBuffer_.data();
-    stream_->level_buf_size = static_cast<uint32_t>(levelBuffer_.size());
+    stream_->level_buf = levelBuffer_.get();
+    stream_->level_buf_size = levelBufferBytes;
     stream_->gzip_flag = IGZIP_ZLIB;
   }
   void add(std::vector<uint8_t>& bytes, bool isEnd) {
@@ -110,19 +110,19 @@ class Deflater {
     stream_->avail_in = static_cast<uint32_t>(bytes.size());
     stream_->end_of_stream = isEnd ? 1 : 0;
     do {
-      const size_t size = out_.size();
-      out_.resize(size + chunkBytes);
-      stream_->next_out = reinterpret_cast<uint8_t*>(out_.data() + size);
+      stream_->next_out = compressed_.get();
       stream_->avail_out = chunkBytes;
       isal_deflate(stream_.get());
-      out_.resize(out_.size() - stream_->avail_out);
+      out_.append(reinterpret_cast<const char*>(compressed_.get()), chunkBytes - stream_->avail_out);
     } while (stream_->avail_out == 0);
   }
 
  private:
+  static constexpr uint32_t levelBufferBytes = ISAL_DEF_LVL1_DEFAULT;
   std::string& out_;
-  std::unique_ptr<isal_zstream> stream_;
-  std::vector<uint8_t> levelBuffer_;
+  // The library clears what it needs cleared.
+  std::unique_ptr<isal_zstream> stream_{new isal_zstream};
+  std::unique_ptr<uint8_t[]> levelBuffer_{new uint8_t[levelBufferBytes]}, compressed_{new uint8_t[chunkBytes]};
 };
 
 void appendRows(std::string& out, const uint8_t* pixels, size_t width, size_t height, size_t stride) {
