@@ -252,6 +252,7 @@ export class Instance {
     const badFile = () => 8;
     return {
       env: { ...host, ...canvasImports(this.heap, this.canvas, new LocaleRuntime()) },
+      Math: Math as unknown as WebAssembly.ModuleImports,
       wasi_snapshot_preview1: { fd_write: badFile, fd_seek: badFile, fd_close: badFile },
     };
   }
