@@ -2,7 +2,7 @@
 // ones share one rectangle, the later.
 #pragma once
 
-#include <unordered_map>
+#include <map>
 #include <vector>
 
 #include "Classes/Plotting/PlotEntry.h"
@@ -26,14 +26,9 @@ class EntryRects {
     PlotEntryRef entry;
     CGRect rect;
   };
-  struct Hash {
-    size_t operator()(const PlotEntryRef& entry) const;
-  };
-  struct Equal {
-    bool operator()(const PlotEntryRef& a, const PlotEntryRef& b) const { return a == b || *a == *b; }
-  };
-  std::vector<Slot> slots_;  // in order of first setting
-  std::unordered_map<PlotEntryRef, size_t, Hash, Equal> index_;
+  const Slot* find(const PlotEntryRef& entry) const;
+  std::vector<Slot> slots_;              // in order of first setting
+  std::multimap<size_t, size_t> index_;  // from the hash of an entry to its slot
 };
 
 }  // namespace zelkon

@@ -1,8 +1,8 @@
 #include "CoreText/CTFont.h"
 
+#include <functional>
 #include <map>
 #include <string>
-#include <unordered_map>
 
 #include "CoreGraphics/GraphicsDevice.h"
 #include "CoreText/UTF8.h"
@@ -16,11 +16,6 @@ constexpr double systemFontSize = 13;
 // Layout without a device is approximate: about the mean advance of Latin text.
 constexpr double approximateAdvance = 0.5;
 
-struct TextHash {
-  using is_transparent = void;
-  size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
-};
-
 // Advances at one point per em, as the device of the day measured them. Labels ask for the same few texts over and
 // over; what is long or rare is measured anew.
 class AdvanceMemo {
@@ -28,25 +23,26 @@ class AdvanceMemo {
   double advance(const FontFaceRef& face, std::string_view text) {
     if (installation_ != GraphicsDevice::installations()) clear();
     if (text.size() > longestRemembered) return measure(*face, text);
-    auto& [held, advances] = faces_[face.get()];
-    held = face;
-    if (const auto found = advances.find(text); found != advances.end()) return found->second;
+    const size_t hash = std::hash<std::string_view>()(text) ^ std::hash<const FontFace*>()(face.get());
+    const auto [begin, end] = advances_.equal_range(hash);
+    for (auto known = begin; known != end; ++known)
+      if (known->second.face == face && known->second.text == text) return known->second.advance;
     const double measured = measure(*face, text);
-    if (++count_ > mostRemembered) {
+    if (advances_.size() == mostRemembered) {
       clear();
       return measured;
     }
-    advances.emplace(text, measured);
+    advances_.emplace(hash, Advance{face, std::string(text), measured});
     return measured;
   }
 
  private:
   static constexpr size_t longestRemembered = 256;
   static constexpr size_t mostRemembered = 20000;
-  using Advances = std::unordered_map<std::string, double, TextHash, std::equal_to<>>;
-  struct Face {
-    FontFaceRef held;  // keeps the address from being taken by another face
-    Advances advances;
+  struct Advance {
+    FontFaceRef face;
+    std::string text;
+    double advance;
   };
 
   static double measure(const FontFace& face, std::string_view text) {
@@ -62,13 +58,11 @@ class AdvanceMemo {
   }
 
   void clear() {
-    faces_.clear();
-    count_ = 0;
+    advances_.clear();
     installation_ = GraphicsDevice::installations();
   }
 
-  std::map<const FontFace*, Face> faces_;
-  size_t count_ = 0;
+  std::multimap<size_t, Advance> advances_;  // by the hash of face and text
   unsigned long installation_ = 0;
 };
 
