@@ -12,17 +12,23 @@
 namespace zelkon {
 namespace {
 
+FileError tooLarge() { return FileError("the picture is too large for the memory there is"); }
+
 template <typename Paint>
-std::string pixels(CGSize size, CairoDevice& device, double scale, Paint paint) {
+PictureBytes pixels(CGSize size, CairoDevice& device, double scale, Paint paint) {
   const auto side = [&](double points) { return std::max(1, static_cast<int>(std::ceil(points * scale - 1e-6))); };
   const std::shared_ptr<Surface> surface = device.makeSurface(side(size.width), side(size.height));
-  if (!surface) throw FileError("the picture is too large for the memory there is");
+  if (!surface) throw tooLarge();
   {
     const std::unique_ptr<CGContext> context = device.contextForSurface(surface, scale);
     paint(*context);
     context->flush();
   }
-  return device.encodePNG(*surface);
+  return [surface, &device] {
+    std::string bytes = device.encodePNG(*surface);
+    if (bytes.empty()) throw tooLarge();
+    return bytes;
+  };
 }
 
 }  // namespace
@@ -37,13 +43,17 @@ PictureFormat pictureFormatOf(const std::string& path) {
   throw ScenarioError(path + ": the name must end in .png, .svg or .pdf");
 }
 
-std::string screenPicture(PlugInHost& host, CairoDevice& device, double scale) {
+PictureBytes drawnScreen(PlugInHost& host, CairoDevice& device, double scale) {
   return pixels(host.size(), device, scale, [&](CGContext& context) { host.compose(context, scale); });
+}
+
+std::string screenPicture(PlugInHost& host, CairoDevice& device, double scale) {
+  return drawnScreen(host, device, scale)();
 }
 
 std::string printedPicture(PlugInHost& host, CairoDevice& device, double scale, PictureFormat format) {
   if (format == PictureFormat::png)
-    return pixels(host.size(), device, scale, [&](CGContext& context) { host.print(context); });
+    return pixels(host.size(), device, scale, [&](CGContext& context) { host.print(context); })();
   const std::unique_ptr<VectorDocument> document =
       format == PictureFormat::svg ? makeSVGDocument(device, host.size()) : makePDFDocument(device, host.size());
   if (!document) throw FileError("a chart without a size cannot be printed");

@@ -145,13 +145,18 @@ void playScenario(const Scenario& scenario, const std::string& name, const PlayO
   Player(scenario, name, options, services, sink).play(folder);
 }
 
-std::string renderScenario(const Scenario& scenario, const std::string& name, const PlayOptions& options,
-                           const std::string& format, HeadlessServices& services, const Transcript::Sink& sink) {
+PictureBytes drawScenario(const Scenario& scenario, const std::string& name, const PlayOptions& options,
+                          const std::string& format, HeadlessServices& services, const Transcript::Sink& sink) {
   const PictureFormat kind = pictureFormatOf("." + format);
   Player player(scenario, name, options, services, sink);
   player.play("");
-  if (kind == PictureFormat::png) return screenPicture(player.host(), services.device(), player.scale());
-  return printedPicture(player.host(), services.device(), player.scale(), kind);
+  if (kind == PictureFormat::png) return drawnScreen(player.host(), services.device(), player.scale());
+  return [bytes = printedPicture(player.host(), services.device(), player.scale(), kind)] { return bytes; };
+}
+
+std::string renderScenario(const Scenario& scenario, const std::string& name, const PlayOptions& options,
+                           const std::string& format, HeadlessServices& services, const Transcript::Sink& sink) {
+  return drawScenario(scenario, name, options, format, services, sink)();
 }
 
 }  // namespace zelkon

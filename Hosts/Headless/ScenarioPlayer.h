@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "Hosts/Headless/ChartPicture.h"
 #include "Hosts/Headless/Scenario.h"
 #include "Hosts/Headless/Transcript.h"
 
@@ -32,8 +33,11 @@ struct PlayOptions {
 // ScenarioError for an unknown plot (`name` is the file in its text) and FileError.
 void playScenario(const Scenario& scenario, const std::string& name, const PlayOptions& options,
                   const std::string& folder, HeadlessServices& services, const Transcript::Sink& sink);
-// Plays the scenario and gives the chart at its end as the bytes of a picture: PNG as on the screen, SVG and PDF as
-// printed.
+// Plays the scenario and draws the chart at its end: for PNG as on the screen, for SVG and PDF as printed. The services
+// must outlive what it answers.
+PictureBytes drawScenario(const Scenario& scenario, const std::string& name, const PlayOptions& options,
+                          const std::string& format, HeadlessServices& services, const Transcript::Sink& sink);
+// The same as the bytes of the picture's file.
 std::string renderScenario(const Scenario& scenario, const std::string& name, const PlayOptions& options,
                            const std::string& format, HeadlessServices& services, const Transcript::Sink& sink);
 

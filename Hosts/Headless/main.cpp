@@ -7,6 +7,7 @@
 #include "Foundation/NSException.h"
 #include "Hosts/Headless/ChartPicture.h"
 #include "Hosts/Headless/OutputFile.h"
+#include "Hosts/Headless/PictureWriter.h"
 #include "Hosts/Headless/ScenarioPlayer.h"
 
 #ifdef __GLIBC__
@@ -70,12 +71,25 @@ void render(const std::vector<std::string>& files, const std::vector<std::string
     }
   }
   HeadlessServices services;
+  PictureWriter writer;
   for (size_t i = 0; i < files.size(); ++i) {
-    const std::string name = displayName(files[i]);
-    const Scenario scenario = Scenario::parse(readWholeFile(files[i]), name);
-    const std::string bytes =
-        renderScenario(scenario, name, options, endingOf(outputs[i]), services, logToStandardError);
-    writeWholeFile(outputs[i], bytes);
+    PictureBytes bytes;
+    try {
+      const std::string name = displayName(files[i]);
+      const Scenario scenario = Scenario::parse(readWholeFile(files[i]), name);
+      bytes = drawScenario(scenario, name, options, endingOf(outputs[i]), services, logToStandardError);
+    } catch (...) {
+      // A picture before this one that cannot be written is the first thing that went wrong.
+      writer.finish();
+      throw;
+    }
+    // The last one has no other to be drawn meanwhile.
+    if (i + 1 < files.size()) {
+      writer.write(outputs[i], std::move(bytes));
+    } else {
+      writer.finish();
+      writeWholeFile(outputs[i], bytes());
+    }
   }
 }
 

@@ -61,6 +61,25 @@ TEST_F(CommandTest, RendersSeveralFilesInOneProcess) {
   EXPECT_TRUE(exists("b.svg"));
 }
 
+TEST_F(CommandTest, StopsAtTheFirstOfSeveralFilesThatFails) {
+  write("broken.json", "{");
+  const Outcome unreadable = run("render pie.json broken.json pie.json -o a.png -o b.png -o c.png");
+  EXPECT_EQ(unreadable.status, 1);
+  EXPECT_EQ(std::count(unreadable.errors.begin(), unreadable.errors.end(), '\n'), 1) << unreadable.errors;
+  EXPECT_NE(unreadable.errors.find("broken.json"), std::string::npos) << unreadable.errors;
+  EXPECT_TRUE(exists("a.png"));
+  EXPECT_EQ(files(), 3u);
+}
+
+TEST_F(CommandTest, APictureThatCannotBeWrittenComesBeforeAFileThatCannotBeRead) {
+  write("broken.json", "{");
+  const Outcome outcome = run("render pie.json broken.json -o no/a.png -o b.png");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(std::count(outcome.errors.begin(), outcome.errors.end(), '\n'), 1) << outcome.errors;
+  EXPECT_NE(outcome.errors.find("no/a.png"), std::string::npos) << outcome.errors;
+  EXPECT_EQ(files(), 2u);
+}
+
 TEST_F(CommandTest, ReadsStandardInput) {
   EXPECT_EQ(run("render - -o in.png", "cat pie.json | ").status, 0);
   EXPECT_TRUE(exists("in.png"));
