@@ -15,8 +15,7 @@ namespace {
 // Amounts are added as numbers; nothing else but a missing amount can be.
 double amountOf(const Value& value) {
   if (value.isNull() || value.isNumber() || value.isBoolean()) return value.doubleValue();
-  NSRaise(NSInvalidArgumentException,
-          "-[" + value.className() + " decimalValue]: unrecognized selector sent to instance");
+  value.raiseUnrecognized("decimalValue");
 }
 
 // What a page's value becomes as a number parameter of a script call: JavaScript's own conversion.
@@ -147,9 +146,7 @@ void PiePlotView::sliceColorAtIndex(const Value& index, const Value& sliceCount,
   const NSColor::RGBAComponents rgba = color.getRedGreenBlueAlpha();
   if (components.isNull()) return;
   const WebScriptObjectRef object = WebScriptObjectOf(components);
-  if (!object)
-    NSRaise(NSInvalidArgumentException,
-            "-[" + components.className() + " setValue:forKey:]: unrecognized selector sent to instance");
+  if (!object) components.raiseUnrecognized("setValue:forKey:");
   object->setValue(rgba.red, "red");
   object->setValue(rgba.green, "green");
   object->setValue(rgba.blue, "blue");

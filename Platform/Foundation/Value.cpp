@@ -190,11 +190,21 @@ bool operator==(const Value& a, const Value& b) {
   return true;
 }
 
-void Value::raiseUnrecognized(const char* selector) const {
+const void* Value::address() const {
   const auto* held = std::get_if<std::shared_ptr<Object>>(&content_);
-  const std::string address = addressText(held ? static_cast<const void*>(held->get()) : this);
+  return held ? static_cast<const void*>(held->get()) : this;
+}
+
+void Value::raiseUnrecognized(const char* selector) const {
   NSRaise(NSInvalidArgumentException,
-          "-[" + className() + " " + selector + "]: unrecognized selector sent to instance " + address);
+          "-[" + className() + " " + selector + "]: unrecognized selector sent to instance " + addressText(address()));
+}
+
+void Value::raiseUndefinedKey(std::string_view key) const {
+  NSRaise(NSUndefinedKeyException,
+          "[<" + className() + " " + addressText(address()) +
+              "> valueForUndefinedKey:]: this class is not key value coding-compliant for the key " + std::string(key) +
+              ".");
 }
 
 }  // namespace zelkon

@@ -84,6 +84,13 @@ class Value {
   // WebUndefined, or the object's own.
   std::string className() const;
 
+  // What asking for an operation that the value does not have raises: NSInvalidArgumentException, "-[NSCFString
+  // decimalValue]: unrecognized selector sent to instance 0x…" with the value's place in memory.
+  [[noreturn]] void raiseUnrecognized(const char* selector) const;
+  // What asking an object without keys for one raises: NSUndefinedKeyException, "[<NSCFNumber 0x…>
+  // valueForUndefinedKey:]: this class is not key value coding-compliant for the key foo."
+  [[noreturn]] void raiseUndefinedKey(std::string_view key) const;
+
   // By value for scalars (1 == 1.0 == true), deep for strings, arrays and dictionaries, by identity for objects.
   friend bool operator==(const Value& a, const Value& b);
 
@@ -94,7 +101,7 @@ class Value {
   using SharedArray = std::shared_ptr<const ValueArray>;
   using SharedDictionary = std::shared_ptr<const ValueDictionary>;
   Value(FromObject, std::shared_ptr<Object> object);
-  [[noreturn]] void raiseUnrecognized(const char* selector) const;
+  const void* address() const;
 
   std::variant<std::monostate, Undefined, bool, double, int64_t, SharedString, SharedArray, SharedDictionary,
                std::shared_ptr<Object>>

@@ -16,11 +16,11 @@ class Thing : public Object {
 class OtherThing : public Thing {};
 
 template <typename Call>
-std::string reasonOf(Call call) {
+std::string reasonOf(Call call, const std::string& name = NSInvalidArgumentException) {
   try {
     call();
   } catch (const NSException& exception) {
-    EXPECT_EQ(exception.name(), "NSInvalidArgumentException");
+    EXPECT_EQ(exception.name(), name);
     return exception.reason();
   }
   return "nothing raised";
@@ -47,6 +47,14 @@ TEST(Value, DoubleValueReadsNumbersAndTexts) {
   EXPECT_EQ(Value("12.5 EUR").doubleValue(), 12.5);
   EXPECT_EQ(Value("abc").doubleValue(), 0);
   EXPECT_EQ(Value().doubleValue(), 0);
+}
+
+TEST(Value, AKeyOfWhatHasNoKeysRaisesWithItsClassAndPlace) {
+  const std::string reason = reasonOf([] { Value(5).raiseUndefinedKey("foo"); }, "NSUnknownKeyException");
+  const std::string rest = "> valueForUndefinedKey:]: this class is not key value coding-compliant for the key foo.";
+  EXPECT_EQ(reason.find("[<NSCFNumber 0x"), 0U) << reason;
+  ASSERT_GT(reason.size(), rest.size());
+  EXPECT_EQ(reason.substr(reason.size() - rest.size()), rest);
 }
 
 TEST(Value, DoubleValueOfAnythingElseRaises) {
