@@ -98,3 +98,17 @@ export function assertNear(actual, expected, tolerance, message) {
   const from = Math.max(0, worst - 4);
   assert.fail(`${message}: from ${from}, ${actual.slice(from, from + 8)} instead of ${expected.slice(from, from + 8)}`);
 }
+
+// What the page keeps alive once its garbage is collected.
+export async function metricsOf(page) {
+  const client = await page.context().newCDPSession(page);
+  await client.send('HeapProfiler.enable');
+  await client.send('Performance.enable');
+  for (let round = 0; round < 4; ++round) {
+    await client.send('HeapProfiler.collectGarbage');
+    await page.waitForTimeout(50);
+  }
+  const { metrics } = await client.send('Performance.getMetrics');
+  const value = (name) => metrics.find((metric) => metric.name === name).value;
+  return { listeners: value('JSEventListeners'), nodes: value('Nodes'), heap: value('JSHeapUsedSize') };
+}

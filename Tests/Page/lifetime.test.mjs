@@ -1,20 +1,8 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { openBrowser } from './browser.mjs';
+import { metricsOf, openBrowser } from './browser.mjs';
 
-// Counts what the page keeps alive.
-async function metricsOf(page) {
-  const client = await page.context().newCDPSession(page);
-  await client.send('HeapProfiler.enable');
-  await client.send('Performance.enable');
-  for (let round = 0; round < 3; ++round) {
-    await client.send('HeapProfiler.collectGarbage');
-    await page.waitForTimeout(50);
-  }
-  const { metrics } = await client.send('Performance.getMetrics');
-  const value = (name) => metrics.find((metric) => metric.name === name).value;
-  return { listeners: value('JSEventListeners'), nodes: value('Nodes'), memory: await page.evaluate('memory.buffer.byteLength') };
-}
+const keptBy = async (page) => ({ ...(await metricsOf(page)), memory: await page.evaluate('memory.buffer.byteLength') });
 
 test('elements that come and go', async (context) => {
   const browser = await openBrowser(context);
@@ -42,9 +30,9 @@ test('elements that come and go', async (context) => {
         await frames(2);
       }, count);
     await comeAndGo(100);
-    const before = await metricsOf(page);
+    const before = await keptBy(page);
     await comeAndGo(1000);
-    const after = await metricsOf(page);
+    const after = await keptBy(page);
     assert.equal(after.memory, before.memory);
     assert.ok(after.listeners <= before.listeners, `${before.listeners} listeners became ${after.listeners}`);
     assert.ok(after.nodes <= before.nodes + 20, `${before.nodes} nodes became ${after.nodes}`);
@@ -66,9 +54,9 @@ test('elements that come and go', async (context) => {
         }
       }, count);
     await use(300);
-    const before = await metricsOf(page);
+    const before = await keptBy(page);
     await use(2000);
-    const after = await metricsOf(page);
+    const after = await keptBy(page);
     assert.equal(after.memory, before.memory);
     assert.ok(after.nodes <= before.nodes + 20, `${before.nodes} nodes became ${after.nodes}`);
   });

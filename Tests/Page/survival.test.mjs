@@ -1,7 +1,7 @@
 // What pages do to a chart that is on show: none of it throws, leaks, or calls the page once more than it should.
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { flags, openBrowser } from './browser.mjs';
+import { flags, metricsOf, openBrowser } from './browser.mjs';
 import { chart, months, script } from './overtime.mjs';
 
 const kinds = [
@@ -46,16 +46,9 @@ const release = () => {
 `;
 
 async function keptBy(page) {
-  const client = await page.context().newCDPSession(page);
-  await client.send('Performance.enable');
-  for (let round = 0; round < 4; ++round) {
-    await client.send('HeapProfiler.collectGarbage');
-    await page.waitForTimeout(50);
-  }
-  const { metrics } = await client.send('Performance.getMetrics');
-  const value = (name) => metrics.find((metric) => metric.name === name).value;
+  const metrics = await metricsOf(page);
   const [memory, canvases] = await page.evaluate('[memory.buffer.byteLength, canvases.size]');
-  return { memory, canvases, listeners: value('JSEventListeners'), nodes: value('Nodes'), heap: value('JSHeapUsedSize') };
+  return { ...metrics, memory, canvases };
 }
 
 test('a chart survives', async (context) => {
