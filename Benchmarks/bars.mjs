@@ -69,15 +69,15 @@ async function show(count) {
   return { handedOver, frames: [...window.frameTimes] };
 }
 
-async function resize({ runs, warmUps }) {
+async function resize({ runs, warmUps, rest }) {
   const chart = document.getElementById('chart');
   const times = [];
   for (let run = -warmUps; run < runs; ++run) {
     window.frameTimes.length = window.sizeTimes.length = 0;
     chart.style.width = `${560 + ((run + warmUps) % 40)}px`;
     // The observer hears of the size after a frame, and the chart answers with the next one.
-    while (window.sizeTimes.length === 0 || window.frameTimes.length === 0) await new Promise((resolve) => setTimeout(resolve, 20));
-    await new Promise((resolve) => setTimeout(resolve, 60));
+    while (window.sizeTimes.length === 0 || window.frameTimes.length === 0) await new Promise((resolve) => setTimeout(resolve, rest / 3));
+    await new Promise((resolve) => setTimeout(resolve, rest));
     if (run >= 0) times.push([...window.sizeTimes, ...window.frameTimes].reduce((sum, time) => sum + time, 0));
   }
   chart.style.width = '';
@@ -102,15 +102,17 @@ try {
   const stopProfiling = values.profile && (await startProfiling(page, values.profile));
   const shown = [];
   for (let run = 0; run < runs; ++run) shown.push(await page.evaluate(show, 12));
-  const resizes = await page.evaluate(resize, { runs, warmUps });
+  const resizes = await page.evaluate(resize, { runs, warmUps, rest: 60 });
+  const dragged = await page.evaluate(resize, { runs, warmUps, rest: 0 });
   if (stopProfiling) await stopProfiling();
   await page.evaluate(show, 1000);
-  const lineResizes = await page.evaluate(resize, { runs, warmUps });
+  const lineResizes = await page.evaluate(resize, { runs, warmUps, rest: 60 });
   line('milliseconds', ['least', 'median', '95 %', 'longest']);
   row('SetPlotData', shown.map(({ handedOver }) => handedOver));
   row('SetPlotData and the first frame', shown.map(({ handedOver, frames }) => handedOver + frames[0]));
   row('frame of the growing bars', shown.flatMap(({ frames }) => frames.slice(1)));
   row('resize of the bars', resizes);
+  row('resize of the bars, frame after frame', dragged);
   row('resize of a line over 1,000 entries', lineResizes);
 } finally {
   await browser.close();

@@ -1,5 +1,8 @@
 #include "Backends/Canvas/CanvasCommands.h"
 
+#include <iterator>
+#include <utility>
+
 #include "Backends/Canvas/CanvasImports.h"
 
 namespace zelkon {
@@ -11,6 +14,7 @@ constexpr size_t longBuffer = size_t{1} << 17;
 // Texts known to the page and the bytes of all of them; beyond this the page forgets them and the numbers start over.
 constexpr size_t mostStrings = 4096;
 constexpr size_t mostStringBytes = size_t{1} << 18;
+constexpr size_t noGroup = static_cast<size_t>(-1);
 
 }  // namespace
 
@@ -52,6 +56,38 @@ void CanvasCommands::path(const CGPath& path) {
 
 void CanvasCommands::color(const RGBA& color) { more({color.red, color.green, color.blue, color.alpha}); }
 
+bool CanvasCommands::foldGroup() {
+  const size_t groupAt = std::exchange(groupAt_, noGroup);
+  constexpr CanvasOp folded[] = {CanvasOp::beginGroup, CanvasOp::save, CanvasOp::clip, CanvasOp::gradient,
+                                 CanvasOp::restore};
+  const double* arguments[std::size(folded)];
+  size_t counts[std::size(folded)];
+  size_t at = groupAt;
+  for (size_t i = 0; i < std::size(folded); ++i) {
+    if (at >= commands_.size() || commands_[at] != static_cast<double>(folded[i])) return false;
+    counts[i] = static_cast<size_t>(commands_[at + 1]);
+    arguments[i] = &commands_[at + 2];
+    at += 2 + counts[i];
+  }
+  if (at != commands_.size()) return false;
+  const double *group = arguments[0], *clip = arguments[2], *gradient = arguments[3];
+  const bool isPlainShadow = group[4] == 1 && group[5] == 0 && group[6] == 1 && group[7] == 1;
+  const bool fills = gradient[4] == 0 && gradient[5] == 3 && gradient[6] == 1 && gradient[7] == 0;
+  if (!isPlainShadow || !fills) return false;
+  std::vector<double> command{group + 8, group + 15};
+  command.push_back(clip[0]);
+  command.insert(command.end(), gradient, gradient + 4);
+  command.push_back(static_cast<double>((counts[3] - 8) / 5));
+  for (size_t i = 8; i < counts[3]; i += 5)
+    if (gradient[i + 4] != 1) return false;
+  command.insert(command.end(), gradient + 8, gradient + counts[3]);
+  command.insert(command.end(), clip + 1, clip + counts[2]);
+  commands_.resize(groupAt);
+  commands_.insert(commands_.end(), {static_cast<double>(CanvasOp::shadowFill), static_cast<double>(command.size())});
+  commands_.insert(commands_.end(), command.begin(), command.end());
+  return true;
+}
+
 int CanvasCommands::string(const std::string& text) {
   if (const auto known = numbers_.find(text); known != numbers_.end()) return known->second;
   knownBytes_ += text.size();
@@ -71,6 +107,7 @@ void CanvasCommands::flush() {
   zkCanvasReplay(commands_.data(), commands_.size(), strings_.data(), strings_.size());
   commands_.clear();
   strings_.clear();
+  groupAt_ = noGroup;
 }
 
 }  // namespace zelkon

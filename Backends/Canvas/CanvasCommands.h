@@ -37,6 +37,7 @@ enum class CanvasOp {
   string,      // number, bytes of the block
   release,     // surface
   resize,      // surface, w h
+  shadowFill,  // shadow as in beginGroup, even-odd, start and end of the gradient, count of stops and these, path
 };
 
 class CanvasCommands {
@@ -47,6 +48,12 @@ class CanvasCommands {
   void more(std::initializer_list<double> arguments);
   void path(const CGPath& path);
   void color(const RGBA& color);
+  // Marks the group that the last command has begun.
+  void groupBegun() { groupAt_ = countAt_ - 1; }
+  // When that group holds one clipped gradient and nothing else, which opaque colours fill all of the clip, replaces it
+  // by a single command of the same effect: the engine blurs the shadow of a shape with far less work than that of a
+  // picture, and needs no picture. False when the group has to be ended.
+  bool foldGroup();
   // The number of the text, sent ahead when it is new.
   int string(const std::string& text);
   int newContext() { return ++lastContext_; }
@@ -57,8 +64,9 @@ class CanvasCommands {
   std::vector<double> commands_;
   std::string strings_;
   std::map<std::string, int> numbers_;
-  size_t knownBytes_ = 0;  // of the texts that have numbers
-  size_t countAt_ = 0;     // where the last command's argument count stands
+  size_t knownBytes_ = 0;                     // of the texts that have numbers
+  size_t countAt_ = 0;                        // where the last command's argument count stands
+  size_t groupAt_ = static_cast<size_t>(-1);  // where the last group's command stands, if it can still be folded
   int selected_ = 0, lastContext_ = 0;
 };
 

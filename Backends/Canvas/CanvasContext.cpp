@@ -87,6 +87,23 @@ bool CanvasContext::showsPixelForPixel(const CGImage& image, CGRect rect) const 
          std::abs(t.b) < tolerance && std::abs(t.c) < tolerance;
 }
 
+bool CanvasContext::fillsFromCorner(CGRect rect) const {
+  const CGRect r = CGRectApplyAffineTransform(rect, toPixels());
+  constexpr double tolerance = 1e-6;
+  const auto isWhole = [](double pixels) { return std::abs(pixels - std::round(pixels)) < tolerance; };
+  return std::abs(r.origin.x) < tolerance && std::abs(r.origin.y) < tolerance && isWhole(r.size.width) &&
+         isWhole(r.size.height);
+}
+
+bool CanvasContext::replaysBest(const CGImage& image, CGRect rect) const {
+  if (!showsPixelForPixel(image, rect)) return image.recording()->isCheapToReplay();
+  // Pixels of its own are worth their making when they are shown twice, and those of a chart that is being resized
+  // never are. Both ways have to give the same pixels to the last bit: engines round translucent ones, spread the steps
+  // of a gradient by their place on the surface, and smooth clips on the canvases of elements only.
+  return !image.noteShown() && fillsFromCorner(rect) &&
+         image.recording()->isOpaqueIn(CGRectMake(0, 0, image.width(), image.height()));
+}
+
 void CanvasContext::replayImage(const CGImage& image, CGRect rect) {
   saveGState();
   translateCTM(rect.origin.x, rect.origin.y);
@@ -99,8 +116,7 @@ void CanvasContext::replayImage(const CGImage& image, CGRect rect) {
 void CanvasContext::doImage(const CGImageRef& image, CGRect rect, double alpha, CGBlendMode blend) {
   if (image->width() <= 0 || image->height() <= 0) return;
   const bool replaceable = image->recording() && alpha == 1 && blend == CGBlendMode::normal;
-  if (replaceable && image->recording()->isCheapToReplay() && !showsPixelForPixel(*image, rect))
-    return replayImage(*image, rect);
+  if (replaceable && replaysBest(*image, rect)) return replayImage(*image, rect);
   const std::shared_ptr<Surface> surface = image->surface(scale_);
   const auto* pixels = dynamic_cast<const CanvasSurface*>(surface.get());
   assert((!surface || pixels) && "an image of another backend");
@@ -139,11 +155,12 @@ void CanvasContext::doBeginGroup(const CGGroupEffects& effects, CGRect bounds) {
   const CGShadow shadow = effects.shadow.value_or(CGShadow{});
   commands_->more({shadow.offset.width * scale_, -shadow.offset.height * scale_, shadow.sigma * scale_});
   commands_->color(shadow.color);
+  commands_->groupBegun();
 }
 
 void CanvasContext::doEndGroup() {
   extents_.pop_back();
-  add(CanvasOp::endGroup);
+  if (!commands_->foldGroup()) add(CanvasOp::endGroup);
 }
 
 }  // namespace zelkon

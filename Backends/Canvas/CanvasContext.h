@@ -40,6 +40,9 @@ class CanvasContext : public CGContext {
   // User space to pixels, y down.
   CGAffineTransform toPixels() const;
   bool showsPixelForPixel(const CGImage& image, CGRect rect) const;
+  bool fillsFromCorner(CGRect rect) const;
+  // Whether painting the image's recording is better than painting its pixels.
+  bool replaysBest(const CGImage& image, CGRect rect) const;
   void replayImage(const CGImage& image, CGRect rect);
 
   std::shared_ptr<CanvasCommands> commands_;

@@ -24,22 +24,19 @@ const enum Op {
   string,
   release,
   resize,
+  shadowFill,
 }
 
 const longestSide = 32767;
 const mostPixels = 1 << 28;
 const mostPooled = 6;
 const mostSpare = 64;
+const mostSparePixels = 1 << 19;
 
-// One of the spare ones, if there are any, given the size and so cleared and reset.
-function makeCanvas(width: number, height: number, spare: Surface[] = []): Surface | null {
+function makeCanvas(width: number, height: number, spare?: SpareSurfaces): Surface | null {
   if (!(width >= 1 && height >= 1 && width <= longestSide && height <= longestSide && width * height <= mostPixels)) return null;
-  const surface = spare.pop();
-  if (surface) {
-    surface.canvas.width = width;
-    surface.canvas.height = height;
-    return surface;
-  }
+  const surface = spare?.take(width, height);
+  if (surface) return surface;
   let canvas: Canvas;
   if (typeof OffscreenCanvas === 'function') {
     canvas = new OffscreenCanvas(width, height);
@@ -55,6 +52,40 @@ function makeCanvas(width: number, height: number, spare: Surface[] = []): Surfa
 // Frees the pixels at once instead of with the next collection.
 function drop(surface: Surface): void {
   surface.canvas.width = surface.canvas.height = 0;
+}
+
+function pixelsOf({ canvas }: Surface): number {
+  return canvas.width * canvas.height;
+}
+
+// Surfaces that nobody needs any more, for the next ones: a new context takes time, and so do new pixels. A chart that
+// is resized mostly asks for the sizes of before.
+class SpareSurfaces {
+  private readonly surfaces: Surface[] = [];
+  private pixels = 0;
+
+  // A clear one, if there is any.
+  take(width: number, height: number): Surface | undefined {
+    const same = this.surfaces.findIndex(({ canvas }) => canvas.width === width && canvas.height === height);
+    const [surface] = this.surfaces.splice(same, 1);
+    if (!surface) return undefined;
+    this.pixels -= pixelsOf(surface);
+    if (same >= 0) {
+      surface.context.clearRect(0, 0, width, height);
+    } else {
+      surface.canvas.width = width;
+      surface.canvas.height = height;
+    }
+    return surface;
+  }
+
+  give(surface: Surface): void {
+    const isKept = this.surfaces.length < mostSpare;
+    if (!isKept || this.pixels + pixelsOf(surface) > mostSparePixels) drop(surface);
+    if (!isKept) return;
+    this.pixels += pixelsOf(surface);
+    this.surfaces.push(surface);
+  }
 }
 
 class CanvasPool implements Pool {
@@ -92,8 +123,7 @@ export class CanvasRuntime {
   private readonly pictures = new Map<string, ImageBitmap>();
   private readonly strings: string[] = [];
   private readonly pool = new CanvasPool();
-  // Dropped surfaces: without pixels they cost next to nothing, but a new context takes time.
-  private readonly spare: Surface[] = [];
+  private readonly spare = new SpareSurfaces();
   private readonly decoder = new TextDecoder();
   private readonly fonts: Fonts;
   private lastId = 0;
@@ -200,9 +230,7 @@ export class CanvasRuntime {
       case Op.release: {
         const surface = this.surfaces.get(a[0]);
         this.surfaces.delete(a[0]);
-        if (!surface) return;
-        drop(surface);
-        if (this.spare.length < mostSpare) this.spare.push(surface);
+        if (surface) this.spare.give(surface);
         return;
       }
       case Op.resize: {
@@ -245,6 +273,8 @@ export class CanvasRuntime {
         return painter.beginGroup(a);
       case Op.endGroup:
         return painter.endGroup();
+      case Op.shadowFill:
+        return painter.shadowFill(a);
     }
   }
 }

@@ -51,6 +51,15 @@ function css(a: Numbers, at: number): string {
   return `rgba(${byte(a[at])},${byte(a[at + 1])},${byte(a[at + 2])},${a[at + 3]})`;
 }
 
+// Whatever is drawn from here on casts the shadow of offset, standard deviation and colour at `at`.
+function castShadow(context: Context, a: Numbers, at: number): void {
+  // The canvas's blur is twice the standard deviation; its offsets ignore the transform.
+  context.shadowOffsetX = a[at];
+  context.shadowOffsetY = a[at + 1];
+  context.shadowBlur = 2 * a[at + 2];
+  context.shadowColor = css(a, at + 3);
+}
+
 function trace(context: Context, a: Numbers, at: number): void {
   context.beginPath();
   for (let i = at; i < a.length; ) {
@@ -135,6 +144,19 @@ export class Painter {
     this.paint(a[5], css(a, 1), () => this.context.stroke());
   }
 
+  shadowFill(a: Numbers): void {
+    const context = this.context;
+    const path = 13 + 5 * a[12];
+    const gradient = context.createLinearGradient(a[8], a[9], a[10], a[11]);
+    for (let i = 13; i < path; i += 5) gradient.addColorStop(a[i], css(a, i + 1));
+    trace(context, a, path);
+    context.save();
+    castShadow(context, a, 0);
+    context.fillStyle = gradient;
+    context.fill(a[7] ? 'evenodd' : 'nonzero');
+    context.restore();
+  }
+
   gradient(a: Numbers): void {
     const [x0, y0, x1, y1, radius, options, alpha, blend] = Array.from(a);
     const context = this.context;
@@ -187,12 +209,13 @@ export class Painter {
     const context = this.context;
     const size = Math.min(Math.max(a[1], smallestFont), largestFont);
     const scale = a[1] / size;
-    context.save();
-    context.transform(face.widthFactor * scale, 0, 0, -scale, a[2], a[3]);
+    // Before saving: the engine looks at a font again only when it is another one than before.
     context.font = cssFont(face, size);
     prepareForText(context);
     context.textAlign = 'left';
     context.direction = readsFromRight.test(text) ? 'rtl' : 'ltr';
+    context.save();
+    context.transform(face.widthFactor * scale, 0, 0, -scale, a[2], a[3]);
     this.paint(a[9], css(a, 5), () => context.fillText(text, 0, 0));
     context.restore();
   }
@@ -220,19 +243,13 @@ export class Painter {
     const { surface, width, height, effects } = group;
     const isLost = surface.canvas.width < width || surface.canvas.height < height;
     if (isLost) return this.pool.give(surface);
-    const [, , , , alpha, blend, brightness, hasShadow, dx, dy, sigma] = Array.from(effects);
+    const [, , , , alpha, blend, brightness, hasShadow] = Array.from(effects);
     const context = this.context;
     context.save();
     context.setTransform(1, 0, 0, 1, 0, 0);
     context.globalAlpha = alpha;
     context.globalCompositeOperation = blends[blend];
-    if (hasShadow) {
-      // The canvas's blur is twice the standard deviation; its offsets ignore the transform.
-      context.shadowColor = css(effects, 11);
-      context.shadowBlur = 2 * sigma;
-      context.shadowOffsetX = dx;
-      context.shadowOffsetY = dy;
-    }
+    if (hasShadow) castShadow(context, effects, 8);
     if (brightness !== 1) {
       if ('filter' in context) context.filter = `brightness(${brightness})`;
       else multiplyBrightness(surface, width, height, brightness);

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "CoreGraphics/CGGeometry.h"
@@ -35,12 +36,15 @@ class CGImage {
   // The pixels at `scale` pixels per unit, made by the current device and kept for that scale. Null when the device
   // cannot make them. Decoded images give their own pixels at any scale.
   std::shared_ptr<Surface> surface(double scale) const;
+  // Notes that the image is being shown, and answers whether it was before.
+  bool noteShown() const { return std::exchange(isShown_, true); }
 
  private:
   std::shared_ptr<const DisplayList> recording_;
   int width_, height_;
   mutable std::shared_ptr<Surface> surface_;
   mutable double surfaceScale_ = 0;
+  mutable bool isShown_ = false;
 };
 using CGImageRef = std::shared_ptr<const CGImage>;
 

@@ -1,5 +1,7 @@
 #include "CoreGraphics/DisplayList.h"
 
+#include <algorithm>
+
 namespace zelkon {
 
 namespace {
@@ -62,7 +64,59 @@ struct PaintedArea {
   }
 };
 
+// Whether commands cover a rectangle of the recording's coordinates; gradients after the first restore are not seen.
+struct OpaqueCover {
+  CGRect rect;
+  bool covers = false, isPlain = true, isRestored = false;
+  CGAffineTransform toRecording = CGAffineTransformIdentity;
+
+  void operator()(const DisplayList::Save&) {}
+  void operator()(const DisplayList::Restore&) { isRestored = true; }  // the transform is another one from here on
+  void operator()(const DisplayList::Concat& c) { toRecording = CGAffineTransformConcat(c.transform, toRecording); }
+  void operator()(const DisplayList::Fill& c) { note(c.blend); }
+  void operator()(const DisplayList::Stroke& c) { note(c.blend); }
+  void operator()(const DisplayList::Text& c) { note(c.blend); }
+  void operator()(const DisplayList::Gradient& c) {
+    note(c.blend);
+    covers = covers || (!isRestored && c.alpha == 1 && reachesAll(c) &&
+                        std::all_of(c.gradient->stops().begin(), c.gradient->stops().end(),
+                                    [](const CGGradientStop& stop) { return stop.color.alpha == 1; }));
+  }
+  template <typename Other>
+  void operator()(const Other&) {
+    isPlain = false;
+  }
+  void note(CGBlendMode blend) { isPlain = isPlain && blend == CGBlendMode::normal; }
+  // A linear gradient covers the points whose projection on its axis lies between its ends, and beyond those as far as
+  // its options say.
+  bool reachesAll(const DisplayList::Gradient& c) const {
+    const CGGradientPlacement& g = c.placement;
+    const double dx = g.end.x - g.start.x, dy = g.end.y - g.start.y, length = dx * dx + dy * dy;
+    const double determinant = toRecording.a * toRecording.d - toRecording.b * toRecording.c;
+    if (g.radius > 0 || !(length > 0) || determinant == 0) return false;
+    const CGAffineTransform toUser = CGAffineTransformInvert(toRecording);
+    for (const double x : {CGRectGetMinX(rect), CGRectGetMaxX(rect)}) {
+      for (const double y : {CGRectGetMinY(rect), CGRectGetMaxY(rect)}) {
+        const CGPoint p = CGPointApplyAffineTransform({x, y}, toUser);
+        const double along = ((p.x - g.start.x) * dx + (p.y - g.start.y) * dy) / length;
+        if (!(along >= 0 || g.options & kCGGradientDrawsBeforeStartLocation)) return false;
+        if (!(along <= 1 || g.options & kCGGradientDrawsAfterEndLocation)) return false;
+      }
+    }
+    return true;
+  }
+};
+
 }  // namespace
+
+bool DisplayList::isOpaqueIn(CGRect rect) const {
+  OpaqueCover cover{rect};
+  for (const Command& command : commands_) {
+    std::visit(cover, command);
+    if (!cover.isPlain) return false;
+  }
+  return cover.covers;
+}
 
 std::optional<CGRect> DisplayList::bounds() const {
   if (!bounds_) {

@@ -161,6 +161,46 @@ void replayedImages(CanvasTest& t) {
   t.expectPixel(4, 0, {0, 0, 0, 0});
 }
 
+CGImageRef opaqueDrawing() {
+  const auto bitmap = CGBitmapContext::create(nullptr, 12, 9, 0, nullptr, CGImageAlphaInfo::premultipliedLast);
+  const auto gradient = std::make_shared<const CGGradient>(std::vector<RGBA>{{0.75, 0.88, 0.96, 1}, {1, 1, 1, 1}});
+  bitmap->drawLinearGradient(gradient, {6, 0}, {6, 9}, kCGGradientDrawsBeforeStartLocation);
+  bitmap->moveToPoint(1, 4);
+  bitmap->addLineToPoint(30, 7);
+  bitmap->strokePath();
+  bitmap->showTextRun({FontFaceHelvetica(), 9, "8g", {1.25, 2}});
+  return bitmap->createImage();
+}
+
+// Shown for the first time it is drawn straight, then from pixels of its own: nobody may see a difference.
+void shownTwice(CanvasTest& t) {
+  for (const double scale : {1.0, 1.5, 2.0}) {
+    for (const double x : {0.0, 0.25, 2.0}) {
+      const CGImageRef image = opaqueDrawing();
+      std::vector<uint8_t> shown[3];
+      for (std::vector<uint8_t>& pixels : shown) {
+        t.start(20, 14, scale);
+        t.fill({1, 0, 0, 1}, CGRectMake(0, 0, 20, 14));
+        t.context->drawImage(CGRectMake(x, 5 - x, 12, 9), image);
+        pixels = t.device.readPixels(*t.surface);
+      }
+      t.expect(!shown[0].empty() && shown[0] == shown[1] && shown[1] == shown[2],
+               "at " + std::to_string(x) + " and scale " + std::to_string(scale));
+    }
+  }
+}
+
+void usedAgain(CanvasTest& t) {
+  for (int i = 0; i < 4; ++i) {
+    t.start(7, 5);
+    t.expectPixel(3, 2, {0, 0, 0, 0});
+    t.context->translateCTM(1, 1);
+    t.context->clipToRect(CGRectMake(0, 0, 4, 3));
+    t.fill({1, 0, 0, 1}, CGRectMake(0, 0, 7, 5));
+    t.expectPixel(3, 2, {255, 0, 0, 255});
+  }
+}
+
 void brokenScale(CanvasTest& t) {
   const auto bitmap = CGBitmapContext::create(nullptr, 3, 3, 0, nullptr, CGImageAlphaInfo::premultipliedLast);
   bitmap->clipToRect(CGRectMake(0, 0, 3, 3));
@@ -208,6 +248,8 @@ std::vector<NamedCanvasTest> canvasDrawingTests() {
           {"a recording's pixels are shown one to one, first row on top", images},
           {"a stretched picture is smoothed", stretchedImages},
           {"a simple recording is drawn again when stretched, within its own edges", replayedImages},
+          {"an opaque drawing looks the same every time", shownTwice},
+          {"a surface of the size of an earlier one is clear", usedAgain},
           {"at a broken scale pixels stay on pixels", brokenScale},
           {"pictures take the alpha in force", fadedImages},
           {"bytes that the page did not prepare give no picture", unknownPictures},

@@ -118,6 +118,95 @@ void layerShadow(CanvasTest& t) {
   t.expectPixel(25, 20, {0, 0, 0, 0});
 }
 
+// A clipped gradient in a layer that casts a shadow: what a bar is.
+void clippedGradient(CanvasTest& t, CGRect clip, const CGGradientRef& gradient, CGPoint start, CGPoint end,
+                     unsigned options = kCGGradientDrawsBeforeStartLocation | kCGGradientDrawsAfterEndLocation) {
+  t.context->beginTransparencyLayer();
+  t.context->clipToRect(clip);
+  t.context->drawLinearGradient(gradient, start, end, options);
+  t.context->endTransparencyLayer();
+}
+
+void gradientShadow(CanvasTest& t) {
+  t.start(80, 40);
+  t.context->setShadow(CGSizeMake(60, 0), 2);
+  t.context->beginTransparencyLayer();
+  t.context->moveToPoint(-50, 5);
+  t.context->addLineToPoint(-19.5, 5);
+  t.context->addArcToPoint(-19.5, 35, -30, 35, 5);
+  t.context->addLineToPoint(-50, 35);
+  t.context->clip();
+  t.context->drawLinearGradient(gradientOf({black, white}), {0, 0}, {10, 0}, 3);
+  t.context->endTransparencyLayer();
+  const double expected[] = {0.326, 0.280, 0.167, 0.053, 0.008};
+  for (int i = 0; i < 5; ++i) t.expectNear(t.alphaAt(38 + i, 20), expected[i], 0.02, std::to_string(i - 2));
+}
+
+void gradientAndItsShadow(CanvasTest& t) {
+  t.start(30, 30, 2);
+  t.context->setShadowWithColor(CGSizeMake(8, 4), 0, CGColorCreateGenericGray(0, 0.5));
+  clippedGradient(t, CGRectMake(5, 5, 10, 10), gradientOf({red, white}), {0, 5}, {0, 15});
+  t.expectPixel(12, 49, {255, 6, 6, 255}, 2);
+  t.expectPixel(20, 40, {255, 121, 121, 255}, 2);
+  t.expectPixel(12, 30, {255, 249, 249, 255}, 2);
+  t.expectPixel(42, 26, {0, 0, 0, 128}, 1);
+  t.expectPixel(45, 23, {0, 0, 0, 128}, 1);
+  t.expectPixel(46, 23, {0, 0, 0, 0});
+  t.expectPixel(45, 21, {0, 0, 0, 0});
+  t.expectPixel(9, 40, {0, 0, 0, 0});
+}
+
+void evenOddGradientShadow(CanvasTest& t) {
+  t.start(40, 20);
+  t.context->setShadowWithColor(CGSizeMake(20, 0), 0, kCGColorBlack());
+  t.context->beginTransparencyLayer();
+  t.context->addRect(CGRectMake(2, 2, 12, 12));
+  t.context->addRect(CGRectMake(6, 6, 4, 4));
+  t.context->eoClip();
+  t.context->drawLinearGradient(gradientOf({red, red}), {0, 0}, {10, 0}, 3);
+  t.context->endTransparencyLayer();
+  t.expectPixel(4, 12, {255, 0, 0, 255});
+  t.expectPixel(8, 12, {0, 0, 0, 0});
+  t.expectPixel(24, 12, {0, 0, 0, 255});
+  t.expectPixel(28, 12, {0, 0, 0, 0});
+}
+
+// What does not fill its clip with opaque colours casts the shadow of what it paints.
+void thinGradientShadow(CanvasTest& t) {
+  const RGBA faint{0, 0, 0, 0.5};
+  t.start(40, 20);
+  t.context->setShadowWithColor(CGSizeMake(20, 0), 0, kCGColorBlack());
+  clippedGradient(t, CGRectMake(2, 2, 12, 12), gradientOf({faint, faint}), {0, 0}, {10, 0});
+  t.expectPixel(26, 10, {0, 0, 0, 128}, 1);
+  t.start(40, 20);
+  t.context->setShadowWithColor(CGSizeMake(20, 0), 0, kCGColorBlack());
+  clippedGradient(t, CGRectMake(2, 2, 12, 12), gradientOf({red, red}), {4, 0}, {8, 0}, 0);
+  t.expectPixel(26, 10, {0, 0, 0, 255});
+  t.expectPixel(30, 10, {0, 0, 0, 0});
+  t.start(40, 20);
+  t.context->setShadowWithColor(CGSizeMake(20, 0), 0, kCGColorBlack());
+  t.context->setAlpha(0.5);
+  clippedGradient(t, CGRectMake(2, 2, 12, 12), gradientOf({red, red}), {0, 0}, {10, 0});
+  t.expectPixel(26, 10, {0, 0, 0, 128}, 1);
+  t.expectPixel(6, 10, {128, 0, 0, 128}, 1);
+}
+
+void gradientAndMoreShadow(CanvasTest& t) {
+  t.start(40, 20);
+  t.context->setShadowWithColor(CGSizeMake(20, 0), 0, kCGColorBlack());
+  t.context->beginTransparencyLayer();
+  t.context->saveGState();
+  t.context->clipToRect(CGRectMake(2, 2, 4, 4));
+  t.context->drawLinearGradient(gradientOf({red, red}), {0, 0}, {10, 0}, 3);
+  t.context->restoreGState();
+  t.fill(white, CGRectMake(8, 2, 4, 4));
+  t.context->endTransparencyLayer();
+  t.expectPixel(4, 16, {255, 0, 0, 255});
+  t.expectPixel(10, 16, {255, 255, 255, 255});
+  t.expectPixel(24, 16, {0, 0, 0, 255});
+  t.expectPixel(30, 16, {0, 0, 0, 255});
+}
+
 void clippedShadow(CanvasTest& t) {
   t.start(30, 30);
   t.context->clipToRect(CGRectMake(0, 0, 18, 30));
@@ -238,6 +327,11 @@ std::vector<NamedCanvasTest> canvasEffectsTests() {
           {"a shadow without blur is a copy moved up and tinted", hardShadow},
           {"the offset of a shadow does not follow the transform", shadowAndTransform},
           {"a layer casts one shadow, which a clip inside does not cut", layerShadow},
+          {"the shadow of a clipped gradient falls off as a gaussian", gradientShadow},
+          {"a clipped gradient has its colours beside its shadow", gradientAndItsShadow},
+          {"a clipped gradient with a hole casts a shadow with a hole", evenOddGradientShadow},
+          {"a gradient that is not opaque or ends casts the shadow of what it paints", thinGradientShadow},
+          {"a gradient and more cast one shadow", gradientAndMoreShadow},
           {"the clip of the beginning cuts the shadow", clippedShadow},
           {"a group is faded as a whole", fadedGroup},
           {"overlay darkens with black and lightens with white", overlay},

@@ -138,6 +138,76 @@ TEST(DisplayList, GroupsBlendsAndGradientsAreNotCheap) {
   EXPECT_FALSE(clipped.snapshot()->isCheapToReplay());
 }
 
+struct Backdrop {
+  std::vector<RGBA> colors{{0, 0, 0, 1}, {1, 1, 1, 1}};
+  CGPoint start{0, 0}, end{0, 10};
+  unsigned options = 0;
+  void draw(CGContext& context) const {
+    context.drawLinearGradient(std::make_shared<CGGradient>(colors), start, end, options);
+  }
+};
+
+bool isOpaque(const Backdrop& backdrop, CGRect rect = CGRectMake(0, 0, 20, 10)) {
+  RecordingContext context;
+  backdrop.draw(context);
+  return context.snapshot()->isOpaqueIn(rect);
+}
+
+TEST(DisplayList, AnOpaqueGradientCoversWhatLiesBetweenItsEnds) {
+  EXPECT_TRUE(isOpaque({}));
+  EXPECT_FALSE(isOpaque({.end = {0, 9}}));
+  EXPECT_FALSE(isOpaque({.start = {0, 1}}));
+  EXPECT_FALSE(isOpaque({.end = {10, 10}}));
+  EXPECT_FALSE(isOpaque({.end = {0, 0}, .options = 3}));
+  EXPECT_FALSE(isOpaque({.colors = {{0, 0, 0, 1}, {1, 1, 1, 0.99}}}));
+}
+
+TEST(DisplayList, AnOpaqueGradientCoversWhatItsOptionsAdd) {
+  constexpr unsigned before = kCGGradientDrawsBeforeStartLocation, after = kCGGradientDrawsAfterEndLocation;
+  EXPECT_TRUE(isOpaque({.start = {0, 1}, .options = before}));
+  EXPECT_FALSE(isOpaque({.start = {0, 1}, .options = after}));
+  EXPECT_TRUE(isOpaque({.end = {0, 9}, .options = after}));
+  EXPECT_FALSE(isOpaque({.end = {0, 9}, .options = before}));
+  EXPECT_TRUE(isOpaque({.start = {3, 3}, .end = {4, 5}, .options = before | after}));
+}
+
+TEST(DisplayList, PlainDrawingOverACoverLeavesItOpaque) {
+  const CGRect rect = CGRectMake(0, 0, 20, 10);
+  RecordingContext context;
+  context.saveGState();
+  context.scaleCTM(1, 2);
+  Backdrop{.end = {0, 5}}.draw(context);
+  context.setFillColor({0, 0, 0, 0.5});
+  context.fillRect(rect);
+  context.restoreGState();
+  context.showTextRun({FontFaceHelvetica(), 9, "a", {0, 0}});
+  EXPECT_TRUE(context.snapshot()->isOpaqueIn(rect));
+}
+
+TEST(DisplayList, ACoverThatIsClippedFadedOrCutIsNotOpaque) {
+  const CGRect rect = CGRectMake(0, 0, 20, 10);
+  const auto isOpaqueAfter = [&](auto before, auto after) {
+    RecordingContext context;
+    before(context);
+    Backdrop{}.draw(context);
+    after(context);
+    return context.snapshot()->isOpaqueIn(rect);
+  };
+  const auto nothing = [](CGContext&) {};
+  EXPECT_TRUE(isOpaqueAfter(nothing, nothing));
+  EXPECT_FALSE(isOpaqueAfter([](CGContext& c) { c.clipToRect(CGRectMake(0, 0, 20, 9)); }, nothing));
+  EXPECT_FALSE(isOpaqueAfter([](CGContext& c) { c.setAlpha(0.5); }, nothing));
+  EXPECT_FALSE(isOpaqueAfter([](CGContext& c) { c.scaleCTM(1, 0.5); }, nothing));
+  EXPECT_FALSE(isOpaqueAfter([](CGContext& c) { c.beginTransparencyLayer(); }, nothing));
+  EXPECT_FALSE(isOpaqueAfter(nothing, [](CGContext& c) { c.clipToRect(CGRectMake(0, 0, 20, 9)); }));
+  EXPECT_FALSE(isOpaqueAfter(nothing, [](CGContext& c) { c.clearRect(CGRectMake(0, 0, 1, 1)); }));
+  EXPECT_FALSE(isOpaqueAfter(nothing, [](CGContext& c) {
+    c.setBlendMode(CGBlendMode::copy);
+    c.fillRect(CGRectMake(0, 0, 1, 1));
+  }));
+  EXPECT_FALSE(RecordingContext().snapshot()->isOpaqueIn(rect));
+}
+
 TEST(DisplayList, BoundsHoldWhatFillsImagesAndStrokesPaint) {
   RecordingContext context;
   EXPECT_TRUE(CGRectIsNull(context.snapshot()->bounds().value()));
