@@ -33,7 +33,12 @@ function watch() {
   const Observer = window.ResizeObserver;
   window.ResizeObserver = class extends Observer {
     constructor(callback) {
-      super(timed(window.sizeTimes, callback));
+      super(
+        timed(window.sizeTimes, (...values) => {
+          window.frameTimes.length = 0; // what answers a size comes after it
+          callback(...values);
+        }),
+      );
     }
   };
 }

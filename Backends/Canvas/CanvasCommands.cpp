@@ -1,6 +1,7 @@
 #include "Backends/Canvas/CanvasCommands.h"
 
 #include <iterator>
+#include <span>
 #include <utility>
 
 #include "Backends/Canvas/CanvasImports.h"
@@ -14,7 +15,9 @@ constexpr size_t longBuffer = size_t{1} << 17;
 // Texts known to the page and the bytes of all of them; beyond this the page forgets them and the numbers start over.
 constexpr size_t mostStrings = 4096;
 constexpr size_t mostStringBytes = size_t{1} << 18;
-constexpr size_t noGroup = static_cast<size_t>(-1);
+constexpr double normalBlend = static_cast<double>(CGBlendMode::normal);
+constexpr double everywhere = kCGGradientDrawsBeforeStartLocation | kCGGradientDrawsAfterEndLocation;
+constexpr size_t stopSize = 5;  // location and rgba
 
 }  // namespace
 
@@ -31,7 +34,11 @@ void CanvasCommands::add(int context, CanvasOp op, std::initializer_list<double>
 }
 
 void CanvasCommands::more(std::initializer_list<double> arguments) {
-  commands_.insert(commands_.end(), arguments);
+  more(std::span<const double>(arguments.begin(), arguments.size()));
+}
+
+void CanvasCommands::more(std::span<const double> arguments) {
+  commands_.insert(commands_.end(), arguments.begin(), arguments.end());
   commands_[countAt_] += static_cast<double>(arguments.size());
 }
 
@@ -56,35 +63,37 @@ void CanvasCommands::path(const CGPath& path) {
 
 void CanvasCommands::color(const RGBA& color) { more({color.red, color.green, color.blue, color.alpha}); }
 
-bool CanvasCommands::foldGroup() {
+bool CanvasCommands::foldGroup(int context) {
   const size_t groupAt = std::exchange(groupAt_, noGroup);
-  constexpr CanvasOp folded[] = {CanvasOp::beginGroup, CanvasOp::save, CanvasOp::clip, CanvasOp::gradient,
-                                 CanvasOp::restore};
-  const double* arguments[std::size(folded)];
-  size_t counts[std::size(folded)];
-  size_t at = groupAt;
-  for (size_t i = 0; i < std::size(folded); ++i) {
-    if (at >= commands_.size() || commands_[at] != static_cast<double>(folded[i])) return false;
-    counts[i] = static_cast<size_t>(commands_[at + 1]);
-    arguments[i] = &commands_[at + 2];
-    at += 2 + counts[i];
+  if (groupAt == noGroup || context != selected_) return false;
+  constexpr CanvasOp plain[] = {CanvasOp::beginGroup, CanvasOp::save, CanvasOp::clip, CanvasOp::gradient,
+                                CanvasOp::restore};
+  std::span<const double> arguments[std::size(plain)];
+  std::span<const double> rest = std::span<const double>(commands_).subspan(groupAt);
+  for (size_t i = 0; i < std::size(plain); ++i) {
+    if (rest.empty() || rest[0] != static_cast<double>(plain[i])) return false;
+    const auto count = static_cast<size_t>(rest[1]);
+    arguments[i] = rest.subspan(2, count);
+    rest = rest.subspan(2 + count);
   }
-  if (at != commands_.size()) return false;
-  const double *group = arguments[0], *clip = arguments[2], *gradient = arguments[3];
-  const bool isPlainShadow = group[4] == 1 && group[5] == 0 && group[6] == 1 && group[7] == 1;
-  const bool fills = gradient[4] == 0 && gradient[5] == 3 && gradient[6] == 1 && gradient[7] == 0;
-  if (!isPlainShadow || !fills) return false;
-  std::vector<double> command{group + 8, group + 15};
-  command.push_back(clip[0]);
-  command.insert(command.end(), gradient, gradient + 4);
-  command.push_back(static_cast<double>((counts[3] - 8) / 5));
-  for (size_t i = 8; i < counts[3]; i += 5)
-    if (gradient[i + 4] != 1) return false;
-  command.insert(command.end(), gradient + 8, gradient + counts[3]);
-  command.insert(command.end(), clip + 1, clip + counts[2]);
+  if (!rest.empty()) return false;
+  const std::span<const double> group = arguments[0], clip = arguments[2], gradient = arguments[3];
+  const double alpha = group[4], blend = group[5], brightness = group[6], hasShadow = group[7];
+  if (alpha != 1 || blend != normalBlend || brightness != 1 || hasShadow != 1) return false;
+  const double radius = gradient[4], options = gradient[5], gradientAlpha = gradient[6], gradientBlend = gradient[7];
+  if (radius > 0 || options != everywhere || gradientAlpha != 1 || gradientBlend != normalBlend) return false;
+  const std::span<const double> shadow = group.subspan(8), ends = gradient.first(4), stops = gradient.subspan(8);
+  for (size_t i = 0; i < stops.size(); i += stopSize)
+    if (stops[i + stopSize - 1] != 1) return false;
+  std::vector<double> folded(shadow.begin(), shadow.end());
+  folded.push_back(clip[0]);
+  folded.insert(folded.end(), ends.begin(), ends.end());
+  folded.push_back(static_cast<double>(stops.size() / stopSize));
+  folded.insert(folded.end(), stops.begin(), stops.end());
+  folded.insert(folded.end(), clip.begin() + 1, clip.end());
   commands_.resize(groupAt);
-  commands_.insert(commands_.end(), {static_cast<double>(CanvasOp::shadowFill), static_cast<double>(command.size())});
-  commands_.insert(commands_.end(), command.begin(), command.end());
+  add(context, CanvasOp::shadowFill);
+  more(folded);
   return true;
 }
 

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <initializer_list>
 #include <map>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -46,14 +47,16 @@ class CanvasCommands {
   void add(int context, CanvasOp op, std::initializer_list<double> arguments = {});
   // Appends further arguments to the last command.
   void more(std::initializer_list<double> arguments);
+  void more(std::span<const double> arguments);
   void path(const CGPath& path);
   void color(const RGBA& color);
   // Marks the group that the last command has begun.
   void groupBegun() { groupAt_ = countAt_ - 1; }
-  // When that group holds one clipped gradient and nothing else, which opaque colours fill all of the clip, replaces it
-  // by a single command of the same effect: the engine blurs the shadow of a shape with far less work than that of a
-  // picture, and needs no picture. False when the group has to be ended.
-  bool foldGroup();
+  // For the end of the context's group. When the last group that was begun is the context's and holds nothing but a
+  // gradient that fills its clip with opaque colours, puts a single command in its place: engines blur the shadow of a
+  // shape with far less work than that of a picture. False when the group has to be ended. The bounds of the group must
+  // not cut its contents.
+  bool foldGroup(int context);
   // The number of the text, sent ahead when it is new.
   int string(const std::string& text);
   int newContext() { return ++lastContext_; }
@@ -61,12 +64,14 @@ class CanvasCommands {
   void flush();
 
  private:
+  static constexpr size_t noGroup = static_cast<size_t>(-1);
+
   std::vector<double> commands_;
   std::string strings_;
   std::map<std::string, int> numbers_;
-  size_t knownBytes_ = 0;                     // of the texts that have numbers
-  size_t countAt_ = 0;                        // where the last command's argument count stands
-  size_t groupAt_ = static_cast<size_t>(-1);  // where the last group's command stands, if it can still be folded
+  size_t knownBytes_ = 0;     // of the texts that have numbers
+  size_t countAt_ = 0;        // where the last command's argument count stands
+  size_t groupAt_ = noGroup;  // where the last group's command stands
   int selected_ = 0, lastContext_ = 0;
 };
 

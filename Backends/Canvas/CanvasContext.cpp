@@ -87,7 +87,7 @@ bool CanvasContext::showsPixelForPixel(const CGImage& image, CGRect rect) const 
          std::abs(t.b) < tolerance && std::abs(t.c) < tolerance;
 }
 
-bool CanvasContext::fillsFromCorner(CGRect rect) const {
+bool CanvasContext::liesInCorner(CGRect rect) const {
   const CGRect r = CGRectApplyAffineTransform(rect, toPixels());
   constexpr double tolerance = 1e-6;
   const auto isWhole = [](double pixels) { return std::abs(pixels - std::round(pixels)) < tolerance; };
@@ -95,12 +95,13 @@ bool CanvasContext::fillsFromCorner(CGRect rect) const {
          isWhole(r.size.height);
 }
 
-bool CanvasContext::replaysBest(const CGImage& image, CGRect rect) const {
+bool CanvasContext::replaysBest(const CGImage& image, CGRect rect, bool isFirstTime) const {
   if (!showsPixelForPixel(image, rect)) return image.recording()->isCheapToReplay();
   // Pixels of its own are worth their making when they are shown twice, and those of a chart that is being resized
   // never are. Both ways have to give the same pixels to the last bit: engines round translucent ones, spread the steps
-  // of a gradient by their place on the surface, and smooth clips on the canvases of elements only.
-  return !image.noteShown() && fillsFromCorner(rect) &&
+  // of a gradient by their place on the surface, and smooth clips on the canvases of elements only; and where a clip is
+  // smoothed, each command would fade for itself.
+  return isFirstTime && extents_.size() == 1 && !isClippedOrGrouped() && liesInCorner(rect) &&
          image.recording()->isOpaqueIn(CGRectMake(0, 0, image.width(), image.height()));
 }
 
@@ -116,7 +117,8 @@ void CanvasContext::replayImage(const CGImage& image, CGRect rect) {
 void CanvasContext::doImage(const CGImageRef& image, CGRect rect, double alpha, CGBlendMode blend) {
   if (image->width() <= 0 || image->height() <= 0) return;
   const bool replaceable = image->recording() && alpha == 1 && blend == CGBlendMode::normal;
-  if (replaceable && replaysBest(*image, rect)) return replayImage(*image, rect);
+  const bool isFirstTime = !image->noteShown();
+  if (replaceable && replaysBest(*image, rect, isFirstTime)) return replayImage(*image, rect);
   const std::shared_ptr<Surface> surface = image->surface(scale_);
   const auto* pixels = dynamic_cast<const CanvasSurface*>(surface.get());
   assert((!surface || pixels) && "an image of another backend");
@@ -160,7 +162,7 @@ void CanvasContext::doBeginGroup(const CGGroupEffects& effects, CGRect bounds) {
 
 void CanvasContext::doEndGroup() {
   extents_.pop_back();
-  if (!commands_->foldGroup()) add(CanvasOp::endGroup);
+  if (!commands_->foldGroup(id_)) add(CanvasOp::endGroup);
 }
 
 }  // namespace zelkon

@@ -40,9 +40,10 @@ class CanvasContext : public CGContext {
   // User space to pixels, y down.
   CGAffineTransform toPixels() const;
   bool showsPixelForPixel(const CGImage& image, CGRect rect) const;
-  bool fillsFromCorner(CGRect rect) const;
+  // Whether it begins in the surface's top left pixel and covers whole pixels.
+  bool liesInCorner(CGRect rect) const;
   // Whether painting the image's recording is better than painting its pixels.
-  bool replaysBest(const CGImage& image, CGRect rect) const;
+  bool replaysBest(const CGImage& image, CGRect rect, bool isFirstTime) const;
   void replayImage(const CGImage& image, CGRect rect);
 
   std::shared_ptr<CanvasCommands> commands_;

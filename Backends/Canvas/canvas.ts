@@ -30,6 +30,7 @@ const enum Op {
 const longestSide = 32767;
 const mostPixels = 1 << 28;
 const mostPooled = 6;
+// Without pixels a spare surface costs next to nothing; those of the bars of a chart at scale 2 are kept.
 const mostSpare = 64;
 const mostSparePixels = 1 << 19;
 
@@ -61,13 +62,14 @@ function pixelsOf({ canvas }: Surface): number {
 // Surfaces that nobody needs any more, for the next ones: a new context takes time, and so do new pixels. A chart that
 // is resized mostly asks for the sizes of before.
 class SpareSurfaces {
-  private readonly surfaces: Surface[] = [];
+  private readonly surfaces: Surface[] = []; // the oldest first
   private pixels = 0;
 
-  // A clear one, if there is any.
+  // A clear one, if there is any. Whoever drew on it has left its context as it was.
   take(width: number, height: number): Surface | undefined {
     const same = this.surfaces.findIndex(({ canvas }) => canvas.width === width && canvas.height === height);
-    const [surface] = this.surfaces.splice(same, 1);
+    const empty = this.surfaces.findIndex((surface) => pixelsOf(surface) === 0);
+    const [surface] = this.surfaces.splice(same >= 0 ? same : Math.max(empty, 0), 1);
     if (!surface) return undefined;
     this.pixels -= pixelsOf(surface);
     if (same >= 0) {
@@ -80,11 +82,16 @@ class SpareSurfaces {
   }
 
   give(surface: Surface): void {
-    const isKept = this.surfaces.length < mostSpare;
-    if (!isKept || this.pixels + pixelsOf(surface) > mostSparePixels) drop(surface);
-    if (!isKept) return;
-    this.pixels += pixelsOf(surface);
+    const isFull = this.surfaces.length >= mostSpare;
+    if (isFull || pixelsOf(surface) > mostSparePixels) drop(surface);
+    if (isFull) return;
     this.surfaces.push(surface);
+    this.pixels += pixelsOf(surface);
+    for (const old of this.surfaces) {
+      if (this.pixels <= mostSparePixels) return;
+      this.pixels -= pixelsOf(old);
+      drop(old);
+    }
   }
 }
 

@@ -60,6 +60,10 @@ function castShadow(context: Context, a: Numbers, at: number): void {
   context.shadowColor = css(a, at + 3);
 }
 
+function addStops(gradient: CanvasGradient, a: Numbers, from: number, to: number): void {
+  for (let i = from; i < to; i += 5) gradient.addColorStop(a[i], css(a, i + 1));
+}
+
 function trace(context: Context, a: Numbers, at: number): void {
   context.beginPath();
   for (let i = at; i < a.length; ) {
@@ -148,7 +152,7 @@ export class Painter {
     const context = this.context;
     const path = 13 + 5 * a[12];
     const gradient = context.createLinearGradient(a[8], a[9], a[10], a[11]);
-    for (let i = 13; i < path; i += 5) gradient.addColorStop(a[i], css(a, i + 1));
+    addStops(gradient, a, 13, path);
     trace(context, a, path);
     context.save();
     castShadow(context, a, 0);
@@ -161,7 +165,7 @@ export class Painter {
     const [x0, y0, x1, y1, radius, options, alpha, blend] = Array.from(a);
     const context = this.context;
     const gradient = radius > 0 ? context.createRadialGradient(x0, y0, 0, x0, y0, radius) : context.createLinearGradient(x0, y0, x1, y1);
-    for (let i = 8; i < a.length; i += 5) gradient.addColorStop(a[i], css(a, i + 1));
+    addStops(gradient, a, 8, a.length);
     context.beginPath();
     const corners = this.corners();
     if (radius > 0) {
@@ -200,8 +204,11 @@ export class Painter {
       context.globalCompositeOperation = blends[blend];
     }
     context.globalAlpha = alpha;
-    draw();
-    context.restore();
+    try {
+      draw();
+    } finally {
+      context.restore();
+    }
   }
 
   text(a: Numbers, text: string): void {

@@ -36,7 +36,7 @@ class CGImage {
   // The pixels at `scale` pixels per unit, made by the current device and kept for that scale. Null when the device
   // cannot make them. Decoded images give their own pixels at any scale.
   std::shared_ptr<Surface> surface(double scale) const;
-  // Notes that the image is being shown, and answers whether it was before.
+  // For backends that treat the first showing in their own way: notes it, and answers whether there was one before.
   bool noteShown() const { return std::exchange(isShown_, true); }
 
  private:

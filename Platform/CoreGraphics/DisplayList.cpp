@@ -1,6 +1,7 @@
 #include "CoreGraphics/DisplayList.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace zelkon {
 
@@ -64,7 +65,7 @@ struct PaintedArea {
   }
 };
 
-// Whether commands cover a rectangle of the recording's coordinates; gradients after the first restore are not seen.
+// Whether commands cover a rectangle of the recording's coordinates.
 struct OpaqueCover {
   CGRect rect;
   bool covers = false, isPlain = true, isRestored = false;
@@ -87,13 +88,13 @@ struct OpaqueCover {
     isPlain = false;
   }
   void note(CGBlendMode blend) { isPlain = isPlain && blend == CGBlendMode::normal; }
-  // A linear gradient covers the points whose projection on its axis lies between its ends, and beyond those as far as
-  // its options say.
+  // A radial gradient begins where it ends. A linear one covers the points whose projection on its axis lies between
+  // its ends, and beyond those as far as its options say.
   bool reachesAll(const DisplayList::Gradient& c) const {
     const CGGradientPlacement& g = c.placement;
     const double dx = g.end.x - g.start.x, dy = g.end.y - g.start.y, length = dx * dx + dy * dy;
     const double determinant = toRecording.a * toRecording.d - toRecording.b * toRecording.c;
-    if (g.radius > 0 || !(length > 0) || determinant == 0) return false;
+    if (!(length > 0) || !std::isfinite(length) || determinant == 0 || !std::isfinite(determinant)) return false;
     const CGAffineTransform toUser = CGAffineTransformInvert(toRecording);
     for (const double x : {CGRectGetMinX(rect), CGRectGetMaxX(rect)}) {
       for (const double y : {CGRectGetMinY(rect), CGRectGetMaxY(rect)}) {

@@ -71,7 +71,8 @@ class DisplayList {
   // nothing when that is not known without drawing: with text, gradients, groups or clearing.
   std::optional<CGRect> bounds() const;
   // Whether it is known to leave the rectangle of its coordinates opaque everywhere: an opaque linear gradient over all
-  // of it, with nothing but fills, strokes, text and gradients besides, none of them clipped.
+  // of it, with nothing but fills, strokes, text and gradients besides, none of them clipped. Gradients after a restore
+  // are not looked at.
   bool isOpaqueIn(CGRect rect) const;
   // Paints the commands into `context` through its core, unbalanced saves closed at the end.
   void replay(CGContext& context) const;

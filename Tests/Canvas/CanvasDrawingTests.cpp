@@ -1,3 +1,4 @@
+#include "Backends/Canvas/CanvasSurface.h"
 #include "Canvas/CanvasTests.h"
 
 namespace zelkon {
@@ -162,9 +163,9 @@ void replayedImages(CanvasTest& t) {
 }
 
 CGImageRef opaqueDrawing() {
-  const auto bitmap = CGBitmapContext::create(nullptr, 12, 9, 0, nullptr, CGImageAlphaInfo::premultipliedLast);
+  const auto bitmap = CGBitmapContext::create(nullptr, 12, 10, 0, nullptr, CGImageAlphaInfo::premultipliedLast);
   const auto gradient = std::make_shared<const CGGradient>(std::vector<RGBA>{{0.75, 0.88, 0.96, 1}, {1, 1, 1, 1}});
-  bitmap->drawLinearGradient(gradient, {6, 0}, {6, 9}, kCGGradientDrawsBeforeStartLocation);
+  bitmap->drawLinearGradient(gradient, {6, 0}, {6, 10}, kCGGradientDrawsBeforeStartLocation);
   bitmap->moveToPoint(1, 4);
   bitmap->addLineToPoint(30, 7);
   bitmap->strokePath();
@@ -172,32 +173,56 @@ CGImageRef opaqueDrawing() {
   return bitmap->createImage();
 }
 
+// How many surfaces are made while `draw` runs: they are numbered in turn.
+template <typename Draw>
+int surfacesMadeBy(CanvasTest& t, Draw draw) {
+  const auto number = [&] { return static_cast<const CanvasSurface&>(*t.device.makeSurface(1, 1)).id(); };
+  const int before = number();
+  draw();
+  return number() - before - 1;
+}
+
 // Shown for the first time it is drawn straight, then from pixels of its own: nobody may see a difference.
-void shownTwice(CanvasTest& t) {
-  for (const double scale : {1.0, 1.5, 2.0}) {
-    for (const double x : {0.0, 0.25, 2.0}) {
-      const CGImageRef image = opaqueDrawing();
-      std::vector<uint8_t> shown[3];
-      for (std::vector<uint8_t>& pixels : shown) {
-        t.start(20, 14, scale);
-        t.fill({1, 0, 0, 1}, CGRectMake(0, 0, 20, 14));
-        t.context->drawImage(CGRectMake(x, 5 - x, 12, 9), image);
-        pixels = t.device.readPixels(*t.surface);
-      }
-      t.expect(!shown[0].empty() && shown[0] == shown[1] && shown[1] == shown[2],
-               "at " + std::to_string(x) + " and scale " + std::to_string(scale));
+void expectSameEveryTime(CanvasTest& t, double scale, double x, bool isClipped) {
+  const std::string place = " at " + std::to_string(x) + ", scale " + std::to_string(scale);
+  const bool isStraight = x == 0 && !isClipped;
+  const CGImageRef image = opaqueDrawing();
+  std::vector<uint8_t> shown[3];
+  for (int i = 0; i < 3; ++i) {
+    t.start(20, 14, scale);
+    t.fill({1, 0, 0, 1}, CGRectMake(0, 0, 20, 14));
+    if (isClipped) {
+      t.context->addEllipseInRect(CGRectMake(0, 4, 12, 10));
+      t.context->clip();
     }
+    const int made = surfacesMadeBy(t, [&] { t.context->drawImage(CGRectMake(x, 4 - x, 12, 10), image); });
+    t.expectNear(made, i == (isStraight ? 1 : 0) ? 1 : 0, 0, "surfaces of showing " + std::to_string(i) + place);
+    shown[i] = t.device.readPixels(*t.surface);
   }
+  t.expect(!shown[0].empty() && shown[0] == shown[1] && shown[1] == shown[2], "pixels" + place);
+}
+
+void shownTwice(CanvasTest& t) {
+  for (const double scale : {1.0, 1.5, 2.0})
+    for (const double x : {0.0, 0.25, 2.0}) expectSameEveryTime(t, scale, x, false);
+}
+
+void shownTwiceWithinClip(CanvasTest& t) {
+  expectSameEveryTime(t, 1, 0, true);
+  expectSameEveryTime(t, 2, 0, true);
 }
 
 void usedAgain(CanvasTest& t) {
   for (int i = 0; i < 4; ++i) {
     t.start(7, 5);
     t.expectPixel(3, 2, {0, 0, 0, 0});
+    t.expectPixel(6, 0, {0, 0, 0, 0});
+    t.fill({0, 0, 1, 1}, CGRectMake(0, 0, 7, 5));
     t.context->translateCTM(1, 1);
     t.context->clipToRect(CGRectMake(0, 0, 4, 3));
     t.fill({1, 0, 0, 1}, CGRectMake(0, 0, 7, 5));
     t.expectPixel(3, 2, {255, 0, 0, 255});
+    t.expectPixel(6, 0, {0, 0, 255, 255});
   }
 }
 
@@ -249,6 +274,7 @@ std::vector<NamedCanvasTest> canvasDrawingTests() {
           {"a stretched picture is smoothed", stretchedImages},
           {"a simple recording is drawn again when stretched, within its own edges", replayedImages},
           {"an opaque drawing looks the same every time", shownTwice},
+          {"an opaque drawing looks the same every time within a clip", shownTwiceWithinClip},
           {"a surface of the size of an earlier one is clear", usedAgain},
           {"at a broken scale pixels stay on pixels", brokenScale},
           {"pictures take the alpha in force", fadedImages},

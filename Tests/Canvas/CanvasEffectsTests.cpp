@@ -191,6 +191,50 @@ void thinGradientShadow(CanvasTest& t) {
   t.expectPixel(6, 10, {128, 0, 0, 128}, 1);
 }
 
+void fadedGradientShadow(CanvasTest& t) {
+  t.start(40, 20);
+  t.context->setShadowWithColor(CGSizeMake(20, 0), 0, kCGColorBlack());
+  t.context->beginTransparencyLayer();
+  t.context->setAlpha(0.5);
+  t.context->clipToRect(CGRectMake(2, 2, 12, 12));
+  t.context->drawLinearGradient(gradientOf({red, red}), {0, 0}, {10, 0}, 3);
+  t.context->endTransparencyLayer();
+  t.expectPixel(26, 10, {0, 0, 0, 128}, 1);
+  t.start(40, 20);
+  CGGroupEffects dark;
+  dark.shadow = CGShadow{CGSizeMake(20, 0), 0, black};
+  dark.brightness = 0.5;
+  t.context->beginGroup(dark, CGRectMake(0, 0, 20, 20));
+  t.context->clipToRect(CGRectMake(2, 2, 12, 12));
+  t.context->drawLinearGradient(gradientOf({red, red}), {0, 0}, {10, 0}, 3);
+  t.context->endGroup();
+  t.expectPixel(6, 10, {128, 0, 0, 255}, 1);
+  t.expectPixel(26, 10, {0, 0, 0, 255});
+}
+
+// The group of one context ends while that of another is the last begun.
+void twoContexts(CanvasTest& t) {
+  t.start(40, 20);
+  std::shared_ptr<Surface> otherSurface = t.device.makeSurface(40, 20);
+  const std::unique_ptr<CGContext> other = t.device.contextForSurface(otherSurface, 1);
+  CGGroupEffects effects;
+  effects.shadow = CGShadow{CGSizeMake(20, 0), 0, black};
+  t.context->beginGroup(effects, CGRectMake(0, 0, 20, 20));
+  t.fill(white, CGRectMake(2, 2, 12, 12));
+  other->beginGroup(effects, CGRectMake(0, 0, 20, 20));
+  other->saveGState();
+  other->clipToRect(CGRectMake(2, 2, 12, 12));
+  other->drawLinearGradient(gradientOf({red, red}), {0, 0}, {10, 0}, 3);
+  other->restoreGState();
+  t.context->endGroup();
+  other->endGroup();
+  t.expectPixel(6, 10, {255, 255, 255, 255});
+  t.expectPixel(26, 10, {0, 0, 0, 255});
+  std::swap(t.surface, otherSurface);
+  t.expectPixel(6, 10, {255, 0, 0, 255});
+  t.expectPixel(26, 10, {0, 0, 0, 255});
+}
+
 void gradientAndMoreShadow(CanvasTest& t) {
   t.start(40, 20);
   t.context->setShadowWithColor(CGSizeMake(20, 0), 0, kCGColorBlack());
@@ -331,6 +375,8 @@ std::vector<NamedCanvasTest> canvasEffectsTests() {
           {"a clipped gradient has its colours beside its shadow", gradientAndItsShadow},
           {"a clipped gradient with a hole casts a shadow with a hole", evenOddGradientShadow},
           {"a gradient that is not opaque or ends casts the shadow of what it paints", thinGradientShadow},
+          {"a faded or darkened gradient casts the shadow of what it paints", fadedGradientShadow},
+          {"groups of two contexts may be open at once", twoContexts},
           {"a gradient and more cast one shadow", gradientAndMoreShadow},
           {"the clip of the beginning cuts the shadow", clippedShadow},
           {"a group is faded as a whole", fadedGroup},

@@ -158,7 +158,6 @@ TEST(DisplayList, AnOpaqueGradientCoversWhatLiesBetweenItsEnds) {
   EXPECT_FALSE(isOpaque({.end = {0, 9}}));
   EXPECT_FALSE(isOpaque({.start = {0, 1}}));
   EXPECT_FALSE(isOpaque({.end = {10, 10}}));
-  EXPECT_FALSE(isOpaque({.end = {0, 0}, .options = 3}));
   EXPECT_FALSE(isOpaque({.colors = {{0, 0, 0, 1}, {1, 1, 1, 0.99}}}));
 }
 
@@ -205,7 +204,24 @@ TEST(DisplayList, ACoverThatIsClippedFadedOrCutIsNotOpaque) {
     c.setBlendMode(CGBlendMode::copy);
     c.fillRect(CGRectMake(0, 0, 1, 1));
   }));
+  EXPECT_FALSE(isOpaqueAfter(nothing, [](CGContext& c) {
+    c.drawImage(CGRectMake(0, 0, 1, 1), std::make_shared<CGImage>(std::make_shared<DisplayList>(), 1, 1));
+  }));
+  EXPECT_FALSE(isOpaqueAfter([](CGContext& c) { c.setBlendMode(CGBlendMode::plusLighter); }, nothing));
   EXPECT_FALSE(RecordingContext().snapshot()->isOpaqueIn(rect));
+}
+
+TEST(DisplayList, ARadialGradientOrOneAfterARestoreIsNoKnownCover) {
+  const auto gradient = std::make_shared<CGGradient>(std::vector<RGBA>{{0, 0, 0, 1}, {1, 1, 1, 1}});
+  RecordingContext radial;
+  radial.drawRadialGradient(gradient, {10, 5}, 50, kCGGradientDrawsAfterEndLocation);
+  EXPECT_FALSE(radial.snapshot()->isOpaqueIn(CGRectMake(0, 0, 20, 10)));
+  RecordingContext restored;
+  restored.saveGState();
+  restored.translateCTM(0, -5);
+  restored.restoreGState();
+  Backdrop{}.draw(restored);
+  EXPECT_FALSE(restored.snapshot()->isOpaqueIn(CGRectMake(0, 0, 20, 10)));
 }
 
 TEST(DisplayList, BoundsHoldWhatFillsImagesAndStrokesPaint) {
