@@ -12,6 +12,8 @@ namespace {
 
 // Beyond so many standard deviations a shadow cannot be seen.
 constexpr double shadowReach = 3;
+// So near to a whole number of pixels is as good as one.
+constexpr double pixelTolerance = 1e-6;
 
 double number(CGBlendMode blend) { return static_cast<double>(blend); }
 
@@ -29,8 +31,12 @@ CGRect visibleExtent(CGRect outer, const std::optional<CGShadow>& shadow, double
 int canvasFace(const FontFace& face) { return (face.bold ? 1 : 0) + (face.family == "Helvetica" ? 2 : 0); }
 
 CanvasContext::CanvasContext(std::shared_ptr<CanvasCommands> commands, std::shared_ptr<CanvasSurface> surface,
-                             double scale)
-    : commands_(std::move(commands)), surface_(std::move(surface)), scale_(scale), id_(commands_->newContext()) {
+                             double scale, bool isMoving)
+    : commands_(std::move(commands)),
+      surface_(std::move(surface)),
+      scale_(scale),
+      isMoving_(isMoving),
+      id_(commands_->newContext()) {
   commands_->add(0, CanvasOp::open, {static_cast<double>(id_), static_cast<double>(surface_->id()), scale_});
   extents_.push_back(CGRectMake(0, 0, surface_->pixelWidth(), surface_->pixelHeight()));
 }
@@ -52,7 +58,23 @@ void CanvasContext::doConcat(const CGAffineTransform& t) { add(CanvasOp::concat,
 
 void CanvasContext::doClip(const CGPath& path, bool evenOdd) {
   add(CanvasOp::clip, {evenOdd ? 1.0 : 0.0});
-  commands_->path(path);
+  // Engines smooth the edges of clips on the canvases of elements and not all of them elsewhere. A picture has to look
+  // the same wherever it is painted.
+  const bool isPicture = !surface_->isScreen() || replaysPicture_;
+  commands_->path(isPicture ? onWholePixels(path) : path);
+}
+
+CGPath CanvasContext::onWholePixels(const CGPath& path) const {
+  const std::optional<CGRect> rect = path.rect();
+  const CGAffineTransform t = toPixels();
+  if (!rect || t.b != 0 || t.c != 0 || t.a == 0 || t.d == 0) return path;
+  const CGRect r = CGRectApplyAffineTransform(*rect, t);
+  const auto nearest = [](double pixels) { return std::floor(pixels + 0.5 + pixelTolerance); };
+  const double x = nearest(CGRectGetMinX(r)), y = nearest(CGRectGetMinY(r));
+  CGPath snapped;
+  snapped.addRect(CGRectApplyAffineTransform(
+      CGRectMake(x, y, nearest(CGRectGetMaxX(r)) - x, nearest(CGRectGetMaxY(r)) - y), CGAffineTransformInvert(t)));
+  return snapped;
 }
 
 void CanvasContext::doFill(const CGPath& path, bool evenOdd, const RGBA& color, CGBlendMode blend) {
@@ -82,16 +104,14 @@ void CanvasContext::doGradient(const CGGradientRef& gradient, const CGGradientPl
 bool CanvasContext::showsPixelForPixel(const CGImage& image, CGRect rect) const {
   const CGAffineTransform t = toPixels();
   const double x = rect.size.width / image.width(), y = rect.size.height / image.height();
-  constexpr double tolerance = 1e-6;
-  return std::abs(t.a * x - scale_) < tolerance && std::abs(t.d * y + scale_) < tolerance &&
-         std::abs(t.b) < tolerance && std::abs(t.c) < tolerance;
+  return std::abs(t.a * x - scale_) < pixelTolerance && std::abs(t.d * y + scale_) < pixelTolerance &&
+         std::abs(t.b) < pixelTolerance && std::abs(t.c) < pixelTolerance;
 }
 
 bool CanvasContext::liesInCorner(CGRect rect) const {
   const CGRect r = CGRectApplyAffineTransform(rect, toPixels());
-  constexpr double tolerance = 1e-6;
-  const auto isWhole = [](double pixels) { return std::abs(pixels - std::round(pixels)) < tolerance; };
-  return std::abs(r.origin.x) < tolerance && std::abs(r.origin.y) < tolerance && isWhole(r.size.width) &&
+  const auto isWhole = [](double pixels) { return std::abs(pixels - std::round(pixels)) < pixelTolerance; };
+  return std::abs(r.origin.x) < pixelTolerance && std::abs(r.origin.y) < pixelTolerance && isWhole(r.size.width) &&
          isWhole(r.size.height);
 }
 
@@ -101,17 +121,19 @@ bool CanvasContext::replaysBest(const CGImage& image, CGRect rect, bool isFirstT
   // never are. Both ways have to give the same pixels to the last bit: engines round translucent ones, spread the steps
   // of a gradient by their place on the surface, and smooth clips on the canvases of elements only; and where a clip is
   // smoothed, each command would fade for itself.
-  return isFirstTime && extents_.size() == 1 && !isClippedOrGrouped() && liesInCorner(rect) &&
+  return isFirstTime && !isMoving_ && extents_.size() == 1 && !isClippedOrGrouped() && liesInCorner(rect) &&
          image.recording()->isOpaqueIn(CGRectMake(0, 0, image.width(), image.height()));
 }
 
 void CanvasContext::replayImage(const CGImage& image, CGRect rect) {
+  const bool wasReplaying = std::exchange(replaysPicture_, true);
   saveGState();
   translateCTM(rect.origin.x, rect.origin.y);
   scaleCTM(rect.size.width / image.width(), rect.size.height / image.height());
   clipToRect(CGRectMake(0, 0, image.width(), image.height()));
   drawDisplayList(*image.recording());
   restoreGState();
+  replaysPicture_ = wasReplaying;
 }
 
 void CanvasContext::doImage(const CGImageRef& image, CGRect rect, double alpha, CGBlendMode blend) {

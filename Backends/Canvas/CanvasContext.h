@@ -13,7 +13,9 @@ namespace zelkon {
 // One context at a time per surface: they share the canvas's own state.
 class CanvasContext : public CGContext {
  public:
-  CanvasContext(std::shared_ptr<CanvasCommands> commands, std::shared_ptr<CanvasSurface> surface, double scale);
+  // `isMoving`: what is drawn now will be drawn again at once.
+  CanvasContext(std::shared_ptr<CanvasCommands> commands, std::shared_ptr<CanvasSurface> surface, double scale,
+                bool isMoving);
   // Ends whatever groups and saves are still open.
   ~CanvasContext() override;
 
@@ -39,6 +41,8 @@ class CanvasContext : public CGContext {
   void add(CanvasOp op, std::initializer_list<double> arguments = {}) { commands_->add(id_, op, arguments); }
   // User space to pixels, y down.
   CGAffineTransform toPixels() const;
+  // The path, with edges on whole pixels when it is a rectangle along the surface's axes.
+  CGPath onWholePixels(const CGPath& path) const;
   bool showsPixelForPixel(const CGImage& image, CGRect rect) const;
   // Whether it begins in the surface's top left pixel and covers whole pixels.
   bool liesInCorner(CGRect rect) const;
@@ -49,7 +53,9 @@ class CanvasContext : public CGContext {
   std::shared_ptr<CanvasCommands> commands_;
   std::shared_ptr<CanvasSurface> surface_;
   double scale_;
+  bool isMoving_;
   int id_;
+  bool replaysPicture_ = false;  // what is being drawn is the recording of an image
   std::vector<CGRect> extents_;  // of the surface and of each open group, in pixels, y down
 };
 

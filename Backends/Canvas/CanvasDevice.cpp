@@ -29,10 +29,15 @@ std::shared_ptr<Surface> CanvasDevice::screenSurface(int id, int pixelWidth, int
 }
 
 std::unique_ptr<CGContext> CanvasDevice::contextForSurface(const std::shared_ptr<Surface>& surface, double scale) {
+  return contextForFrame(surface, scale, false);
+}
+
+std::unique_ptr<CGContext> CanvasDevice::contextForFrame(const std::shared_ptr<Surface>& surface, double scale,
+                                                         bool isMoving) {
   auto own = std::dynamic_pointer_cast<CanvasSurface>(surface);
   assert(own && "a surface of another backend");
   if (!own || !(scale > 0)) return nullptr;
-  return std::make_unique<CanvasContext>(commands_, std::move(own), scale);
+  return std::make_unique<CanvasContext>(commands_, std::move(own), scale, isMoving);
 }
 
 std::shared_ptr<Surface> CanvasDevice::decodePNG(const uint8_t* bytes, size_t count) {

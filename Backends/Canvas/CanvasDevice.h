@@ -19,6 +19,9 @@ class CanvasDevice : public GraphicsDevice {
   std::shared_ptr<Surface> makeSurface(int pixelWidth, int pixelHeight) override;
   // The canvas that the page has bound under that number, given the size with the next replay; a new size clears it.
   std::shared_ptr<Surface> screenSurface(int id, int pixelWidth, int pixelHeight);
+  // For one frame of a screen. While the chart moves, further ones follow at once, so that all pictures are worth their
+  // pixels.
+  std::unique_ptr<CGContext> contextForFrame(const std::shared_ptr<Surface>& screen, double scale, bool isMoving);
   std::unique_ptr<CGContext> contextForSurface(const std::shared_ptr<Surface>& surface, double scale) override;
   // Only pictures that the page has decoded beforehand: decoding is not synchronous there.
   std::shared_ptr<Surface> decodePNG(const uint8_t* bytes, size_t count) override;

@@ -87,7 +87,6 @@ void WebPlot::dropView() {
   view_.reset();
   periods_.reset();
   scroller_.reset();
-  compositor_.purge();
 }
 
 void WebPlot::setSize(CGSize size) {
@@ -243,7 +242,7 @@ bool WebPlot::compose(double time) {
   if (!screen_) {
     screen_ = device_.screenSurface(canvas_, pixels(size_.width, scale), pixels(size_.height, scale));
   }
-  auto context = device_.contextForSurface(screen_, scale);
+  auto context = device_.contextForFrame(screen_, scale, animating);
   context->clearRect({{0, 0}, size_});
   if (view_->layer()) {
     compositor_.compose(view_->layer(), *context, scale, time);

@@ -49,6 +49,7 @@ struct CGTextRun {
   double size = 12;  // points per em
   std::string text;  // UTF-8, no line breaks
   CGPoint origin;    // left end of the baseline
+  friend bool operator==(const CGTextRun&, const CGTextRun&) = default;
 };
 
 class CGContext {

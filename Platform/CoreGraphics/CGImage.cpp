@@ -47,4 +47,10 @@ std::shared_ptr<Surface> CGImage::surface(double scale) const {
   return surface_;
 }
 
+void CGImage::sharePixelsOf(const CGImage& equal) const {
+  if (surface_) return;
+  surface_ = equal.surface_;
+  surfaceScale_ = equal.surfaceScale_;
+}
+
 }  // namespace zelkon

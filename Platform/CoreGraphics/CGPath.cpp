@@ -175,6 +175,18 @@ bool CGPath::isPaintable() const {
   return draws;
 }
 
+std::optional<CGRect> CGPath::rect() const {
+  using Type = CGPathElement::Type;
+  constexpr Type types[] = {Type::move, Type::line, Type::line, Type::line, Type::close};
+  if (!std::equal(elements_.begin(), elements_.end(), std::begin(types), std::end(types),
+                  [](const CGPathElement& element, Type type) { return element.type == type; }))
+    return std::nullopt;
+  const CGPoint a = elements_[0].points[0], b = elements_[1].points[0], c = elements_[2].points[0],
+                d = elements_[3].points[0];
+  if (a.y != b.y || b.x != c.x || c.y != d.y || d.x != a.x) return std::nullopt;
+  return boundingBox();
+}
+
 CGRect CGPath::boundingBox() const {
   constexpr double infinity = std::numeric_limits<double>::infinity();
   double minX = infinity, minY = infinity, maxX = -infinity, maxY = -infinity;

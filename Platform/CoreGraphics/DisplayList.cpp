@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 namespace zelkon {
 
@@ -67,19 +68,34 @@ struct PaintedArea {
 
 // Whether commands cover a rectangle of the recording's coordinates.
 struct OpaqueCover {
+  struct State {
+    CGAffineTransform toRecording = CGAffineTransformIdentity;
+    bool isClipped = false;
+  };
   CGRect rect;
-  bool covers = false, isPlain = true, isRestored = false;
-  CGAffineTransform toRecording = CGAffineTransformIdentity;
+  bool covers = false, isPlain = true;
+  State state = {};
+  std::vector<State> saved = {};
 
-  void operator()(const DisplayList::Save&) {}
-  void operator()(const DisplayList::Restore&) { isRestored = true; }  // the transform is another one from here on
-  void operator()(const DisplayList::Concat& c) { toRecording = CGAffineTransformConcat(c.transform, toRecording); }
+  void operator()(const DisplayList::Save&) { saved.push_back(state); }
+  void operator()(const DisplayList::Restore&) {
+    if (saved.empty()) return;
+    state = saved.back();
+    saved.pop_back();
+  }
+  void operator()(const DisplayList::Concat& c) {
+    state.toRecording = CGAffineTransformConcat(c.transform, state.toRecording);
+  }
+  void operator()(const DisplayList::Clip& c) {
+    state.isClipped = true;
+    isPlain = isPlain && c.path.rect() && state.toRecording.b == 0 && state.toRecording.c == 0;
+  }
   void operator()(const DisplayList::Fill& c) { note(c.blend); }
   void operator()(const DisplayList::Stroke& c) { note(c.blend); }
   void operator()(const DisplayList::Text& c) { note(c.blend); }
   void operator()(const DisplayList::Gradient& c) {
     note(c.blend);
-    covers = covers || (!isRestored && c.alpha == 1 && reachesAll(c) &&
+    covers = covers || (!state.isClipped && c.alpha == 1 && reachesAll(c) &&
                         std::all_of(c.gradient->stops().begin(), c.gradient->stops().end(),
                                     [](const CGGradientStop& stop) { return stop.color.alpha == 1; }));
   }
@@ -93,9 +109,10 @@ struct OpaqueCover {
   bool reachesAll(const DisplayList::Gradient& c) const {
     const CGGradientPlacement& g = c.placement;
     const double dx = g.end.x - g.start.x, dy = g.end.y - g.start.y, length = dx * dx + dy * dy;
-    const double determinant = toRecording.a * toRecording.d - toRecording.b * toRecording.c;
+    const CGAffineTransform& t = state.toRecording;
+    const double determinant = t.a * t.d - t.b * t.c;
     if (!(length > 0) || !std::isfinite(length) || determinant == 0 || !std::isfinite(determinant)) return false;
-    const CGAffineTransform toUser = CGAffineTransformInvert(toRecording);
+    const CGAffineTransform toUser = CGAffineTransformInvert(t);
     for (const double x : {CGRectGetMinX(rect), CGRectGetMaxX(rect)}) {
       for (const double y : {CGRectGetMinY(rect), CGRectGetMaxY(rect)}) {
         const CGPoint p = CGPointApplyAffineTransform({x, y}, toUser);
@@ -108,7 +125,39 @@ struct OpaqueCover {
   }
 };
 
+// Sizes and places are what tells drawings of the same kind apart.
+struct Hash {
+  size_t value = 0;
+
+  void operator()(const DisplayList::Concat& c) {
+    for (const double number :
+         {c.transform.a, c.transform.b, c.transform.c, c.transform.d, c.transform.tx, c.transform.ty})
+      add(std::hash<double>()(number));
+  }
+  void operator()(const DisplayList::Clip& c) { add(c.path); }
+  void operator()(const DisplayList::Fill& c) { add(c.path); }
+  void operator()(const DisplayList::Stroke& c) { add(c.path); }
+  void operator()(const DisplayList::Text& c) { add(std::hash<std::string>()(c.run.text)); }
+  template <typename Other>
+  void operator()(const Other&) {
+    add(1);
+  }
+  void add(const CGPath& path) {
+    for (const CGPathElement& element : path.elements()) {
+      add(std::hash<double>()(element.points[0].x));
+      add(std::hash<double>()(element.points[0].y));
+    }
+  }
+  void add(size_t number) { value = value * 31 + number; }
+};
+
 }  // namespace
+
+size_t DisplayList::hash() const {
+  Hash hash;
+  for (const Command& command : commands_) std::visit(hash, command);
+  return hash.value;
+}
 
 bool DisplayList::isOpaqueIn(CGRect rect) const {
   OpaqueCover cover{rect};

@@ -14,52 +14,67 @@ namespace zelkon {
 
 class DisplayList {
  public:
-  struct Save {};
-  struct Restore {};
+  struct Save {
+    friend bool operator==(const Save&, const Save&) = default;
+  };
+  struct Restore {
+    friend bool operator==(const Restore&, const Restore&) = default;
+  };
   struct Concat {
     CGAffineTransform transform;
+    friend bool operator==(const Concat&, const Concat&) = default;
   };
   struct Clip {
     CGPath path;
     bool evenOdd;
+    friend bool operator==(const Clip&, const Clip&) = default;
   };
   struct Fill {
     CGPath path;
     bool evenOdd;
     RGBA color;
     CGBlendMode blend;
+    friend bool operator==(const Fill&, const Fill&) = default;
   };
   struct Stroke {
     CGPath path;
     CGStrokeStyle style;
     RGBA color;
     CGBlendMode blend;
+    friend bool operator==(const Stroke&, const Stroke&) = default;
   };
   struct Gradient {
     CGGradientRef gradient;
     CGGradientPlacement placement;
     double alpha;
     CGBlendMode blend;
+    friend bool operator==(const Gradient&, const Gradient&) = default;
   };
   struct Image {
     CGImageRef image;
     CGRect rect;
     double alpha;
     CGBlendMode blend;
+    friend bool operator==(const Image&, const Image&) = default;
   };
   struct Text {
     CGTextRun run;
     RGBA color;
     CGBlendMode blend;
+    friend bool operator==(const Text&, const Text&) = default;
   };
   struct Clear {
     CGRect rect;
+    friend bool operator==(const Clear&, const Clear&) = default;
   };
   struct BeginGroup {
     CGGroupEffects effects;
     CGRect bounds;
+    friend bool operator==(const BeginGroup&, const BeginGroup&) = default;
   };
-  struct EndGroup {};
+  struct EndGroup {
+    friend bool operator==(const EndGroup&, const EndGroup&) = default;
+  };
   using Command =
       std::variant<Save, Restore, Concat, Clip, Fill, Stroke, Gradient, Image, Text, Clear, BeginGroup, EndGroup>;
 
@@ -71,9 +86,12 @@ class DisplayList {
   // nothing when that is not known without drawing: with text, gradients, groups or clearing.
   std::optional<CGRect> bounds() const;
   // Whether it is known to leave the rectangle of its coordinates opaque everywhere: an opaque linear gradient over all
-  // of it, with nothing but fills, strokes, text and gradients besides, none of them clipped. Gradients after a restore
-  // are not looked at.
+  // of it, with nothing but fills, strokes, text and gradients besides, and no clips but rectangles along the axes.
   bool isOpaqueIn(CGRect rect) const;
+  // The same number for equal recordings.
+  size_t hash() const;
+  // Command by command: equal recordings give the same picture. Gradients, images and faces have to be the very same.
+  friend bool operator==(const DisplayList& a, const DisplayList& b) { return a.commands_ == b.commands_; }
   // Paints the commands into `context` through its core, unbalanced saves closed at the end.
   void replay(CGContext& context) const;
 

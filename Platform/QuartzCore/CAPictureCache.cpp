@@ -1,7 +1,9 @@
 #include "QuartzCore/CAPictureCache.h"
 
+#include <algorithm>
 #include <cmath>
 
+#include "CoreGraphics/DisplayList.h"
 #include "CoreGraphics/GraphicsDevice.h"
 
 namespace zelkon {
@@ -37,18 +39,26 @@ void CAPictureCache::beginFrame(double scale) {
   scale_ = scale;
   ++frame_;
   repaints_ = 0;
+  lastEntries_.swap(entries_);
 }
 
 void CAPictureCache::endFrame() {
-  for (auto entry = entries_.begin(); entry != entries_.end();)
-    entry = entry->second.usedInFrame == frame_ ? std::next(entry) : entries_.erase(entry);
+  lastEntries_.clear();
+  lenders_.reset();
+}
+
+void CAPictureCache::purge() {
+  entries_.clear();
+  endFrame();
 }
 
 CAPictureCache::Entry& CAPictureCache::entryFor(const CALayer& layer) {
+  if (const auto known = entries_.find(&layer); known != entries_.end()) return known->second;
+  if (const auto last = lastEntries_.find(&layer);
+      last != lastEntries_.end() && last->second.layer.lock().get() == &layer)
+    return entries_.insert(lastEntries_.extract(last)).position->second;
   Entry& entry = entries_[&layer];
-  if (entry.usedInFrame != 0 && entry.layer.lock().get() != &layer) entry = Entry();
   entry.layer = layer.weak_from_this();
-  entry.usedInFrame = frame_;
   return entry;
 }
 
@@ -75,9 +85,25 @@ const CAPictureCache::Picture* CAPictureCache::picture(const CALayer& layer, CGR
 void CAPictureCache::noteContents(const CALayer& layer) {
   Entry& entry = entryFor(layer);
   const CGImageRef& contents = layer.contents();
-  if (entry.contents.lock() == contents && contents) return;
+  if (entry.contents == contents && contents) return;
+  if (contents && contents->recording()) borrowPixels(*contents);
   entry.contents = contents;
   ++repaints_;
+}
+
+void CAPictureCache::borrowPixels(const CGImage& contents) {
+  if (!lenders_) {
+    lenders_.emplace();
+    for (const Entries* entries : {&entries_, &lastEntries_})
+      for (const auto& [layer, entry] : *entries)
+        if (entry.contents && entry.contents->recording())
+          lenders_->emplace(entry.contents->recording()->hash(), entry.contents);
+  }
+  const auto [begin, end] = lenders_->equal_range(contents.recording()->hash());
+  const auto equal = std::find_if(begin, end, [&](const auto& lender) {
+    return lender.second->size() == contents.size() && *lender.second->recording() == *contents.recording();
+  });
+  if (equal != end) contents.sharePixelsOf(*equal->second);
 }
 
 }  // namespace zelkon

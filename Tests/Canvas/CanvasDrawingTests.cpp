@@ -77,6 +77,22 @@ void clips(CanvasTest& t) {
   t.expectPixel(3, 0, {0, 0, 0, 255});
 }
 
+void clipsOfPictures(CanvasTest& t) {
+  for (const double scale : {1.0, 2.0}) {
+    t.start(6, 4, scale);
+    t.context->scaleCTM(1 / scale, 1 / scale);
+    t.context->clipToRect(CGRectMake(0.6, 1.5, 3.8, 1.4));
+    t.fill(black, CGRectMake(0, 0, 12, 8));
+    const int bottom = static_cast<int>(4 * scale) - 1;
+    t.expectPixel(0, bottom - 2, {0, 0, 0, 0});
+    t.expectPixel(1, bottom - 2, {0, 0, 0, 255});
+    t.expectPixel(3, bottom - 2, {0, 0, 0, 255});
+    t.expectPixel(4, bottom - 2, {0, 0, 0, 0});
+    t.expectPixel(2, bottom - 3, {0, 0, 0, 0});
+    t.expectPixel(2, bottom, {0, 0, 0, 0});
+  }
+}
+
 void evenOdd(CanvasTest& t) {
   t.start(6, 6);
   t.context->addRect(CGRectMake(0, 0, 6, 6));
@@ -169,6 +185,7 @@ CGImageRef opaqueDrawing() {
   bitmap->moveToPoint(1, 4);
   bitmap->addLineToPoint(30, 7);
   bitmap->strokePath();
+  bitmap->clipToRect(CGRectMake(1.3, 1.4, 7.3, 7.2));
   bitmap->showTextRun({FontFaceHelvetica(), 9, "8g", {1.25, 2}});
   return bitmap->createImage();
 }
@@ -200,6 +217,20 @@ void expectSameEveryTime(CanvasTest& t, double scale, double x, bool isClipped) 
     shown[i] = t.device.readPixels(*t.surface);
   }
   t.expect(!shown[0].empty() && shown[0] == shown[1] && shown[1] == shown[2], "pixels" + place);
+}
+
+// While a chart moves, every frame shows the pixels of its pictures.
+void shownWhileMoving(CanvasTest& t) {
+  const CGImageRef image = opaqueDrawing();
+  const std::shared_ptr<Surface> surface = t.device.makeSurface(12, 10);
+  std::vector<uint8_t> shown[2];
+  for (int i = 0; i < 2; ++i) {
+    const auto context = t.device.contextForFrame(surface, 1, true);
+    const int made = surfacesMadeBy(t, [&] { context->drawImage(CGRectMake(0, 0, 12, 10), image); });
+    t.expectNear(made, i == 0 ? 1 : 0, 0, "surfaces of frame " + std::to_string(i));
+    shown[i] = t.device.readPixels(*surface);
+  }
+  t.expect(!shown[0].empty() && shown[0] == shown[1], "the same pixels");
 }
 
 void shownTwice(CanvasTest& t) {
@@ -265,6 +296,7 @@ std::vector<NamedCanvasTest> canvasDrawingTests() {
           {"a line on a half coordinate covers one row and ends without caps", halfLine},
           {"nothing is stroked without width or length", noLine},
           {"clips intersect and end with the state; an empty one leaves nothing", clips},
+          {"rectangular clips of pictures end on the nearest whole pixels", clipsOfPictures},
           {"even-odd leaves a hole", evenOdd},
           {"clearing makes transparent within the clip, softly at fractions", clearing},
           {"a transform of no extent hides only what stands under it", collapsed},
@@ -275,6 +307,7 @@ std::vector<NamedCanvasTest> canvasDrawingTests() {
           {"a simple recording is drawn again when stretched, within its own edges", replayedImages},
           {"an opaque drawing looks the same every time", shownTwice},
           {"an opaque drawing looks the same every time within a clip", shownTwiceWithinClip},
+          {"an opaque drawing is shown from pixels while a chart moves", shownWhileMoving},
           {"a surface of the size of an earlier one is clear", usedAgain},
           {"at a broken scale pixels stay on pixels", brokenScale},
           {"pictures take the alpha in force", fadedImages},

@@ -211,6 +211,41 @@ TEST(CGPath, ArcsOfImmenseSweepAreAFewTurns) {
   }
 }
 
+TEST(CGPath, KnowsThatItIsARectangle) {
+  CGPath rect;
+  EXPECT_FALSE(rect.rect());
+  rect.addRect(CGRectMake(1, 2, 3, 4));
+  EXPECT_EQ(rect.rect(), CGRectMake(1, 2, 3, 4));
+  EXPECT_EQ(rect.transformed({2, 0, 0, -1, 0, 10}).rect(), CGRectMake(2, 4, 6, 4));
+  CGPath reversed, empty;
+  reversed.addRect({{4, 6}, {-3, -4}});
+  EXPECT_EQ(reversed.rect(), CGRectMake(1, 2, 3, 4));
+  empty.addRect(CGRectMake(1, 2, 0, 0));
+  EXPECT_EQ(empty.rect(), CGRectMake(1, 2, 0, 0));
+}
+
+TEST(CGPath, KnowsThatItIsNoRectangle) {
+  CGPath rect, slanted, open, two, round;
+  rect.addRect(CGRectMake(1, 2, 3, 4));
+  EXPECT_FALSE(rect.transformed({0.8, 0.6, -0.6, 0.8, 0, 0}).rect());
+  slanted.moveTo({0, 0});
+  slanted.addLineTo({4, 0});
+  slanted.addLineTo({4, 4});
+  slanted.addLineTo({1, 4});
+  slanted.close();
+  EXPECT_FALSE(slanted.rect());
+  open.moveTo({0, 0});
+  open.addLineTo({4, 0});
+  open.addLineTo({4, 4});
+  open.addLineTo({0, 4});
+  EXPECT_FALSE(open.rect());
+  two.append(rect);
+  two.append(rect);
+  EXPECT_FALSE(two.rect());
+  round.addEllipseInRect(CGRectMake(0, 0, 4, 4));
+  EXPECT_FALSE(round.rect());
+}
+
 TEST(CGPath, TransformMovesEveryPoint) {
   CGPath path;
   path.moveTo({1, 1});

@@ -198,7 +198,6 @@ TEST(DisplayList, ACoverThatIsClippedFadedOrCutIsNotOpaque) {
   EXPECT_FALSE(isOpaqueAfter([](CGContext& c) { c.setAlpha(0.5); }, nothing));
   EXPECT_FALSE(isOpaqueAfter([](CGContext& c) { c.scaleCTM(1, 0.5); }, nothing));
   EXPECT_FALSE(isOpaqueAfter([](CGContext& c) { c.beginTransparencyLayer(); }, nothing));
-  EXPECT_FALSE(isOpaqueAfter(nothing, [](CGContext& c) { c.clipToRect(CGRectMake(0, 0, 20, 9)); }));
   EXPECT_FALSE(isOpaqueAfter(nothing, [](CGContext& c) { c.clearRect(CGRectMake(0, 0, 1, 1)); }));
   EXPECT_FALSE(isOpaqueAfter(nothing, [](CGContext& c) {
     c.setBlendMode(CGBlendMode::copy);
@@ -211,17 +210,112 @@ TEST(DisplayList, ACoverThatIsClippedFadedOrCutIsNotOpaque) {
   EXPECT_FALSE(RecordingContext().snapshot()->isOpaqueIn(rect));
 }
 
-TEST(DisplayList, ARadialGradientOrOneAfterARestoreIsNoKnownCover) {
+TEST(DisplayList, RectangularClipsOverACoverLeaveItOpaque) {
+  const CGRect rect = CGRectMake(0, 0, 20, 10);
+  const auto isOpaqueWith = [&](auto clip) {
+    RecordingContext context;
+    context.saveGState();
+    context.clipToRect(CGRectMake(1, 1, 2, 2));
+    context.restoreGState();
+    Backdrop{}.draw(context);
+    context.saveGState();
+    clip(context);
+    context.showTextRun({FontFaceHelvetica(), 9, "a", {0, 0}});
+    context.restoreGState();
+    return context.snapshot()->isOpaqueIn(rect);
+  };
+  EXPECT_TRUE(isOpaqueWith([](CGContext& c) { c.clipToRect(CGRectMake(0.3, 0, 20, 9)); }));
+  EXPECT_TRUE(isOpaqueWith([](CGContext& c) {
+    c.scaleCTM(2, -1);
+    c.clipToRect(CGRectMake(0.3, 0, 20, 9));
+  }));
+  EXPECT_FALSE(isOpaqueWith([](CGContext& c) {
+    c.addEllipseInRect(CGRectMake(0, 0, 20, 9));
+    c.clip();
+  }));
+  EXPECT_FALSE(isOpaqueWith([](CGContext& c) {
+    c.concatCTM({0.8, 0.6, -0.6, 0.8, 0, 0});
+    c.clipToRect(CGRectMake(0, 0, 20, 9));
+  }));
+  EXPECT_FALSE(isOpaqueWith([](CGContext& c) {
+    c.clipToRect(CGRectMake(0, 0, 20, 9));
+    c.clearRect(CGRectMake(0, 0, 1, 1));
+  }));
+}
+
+TEST(DisplayList, ARadialGradientIsNoKnownCover) {
   const auto gradient = std::make_shared<CGGradient>(std::vector<RGBA>{{0, 0, 0, 1}, {1, 1, 1, 1}});
   RecordingContext radial;
   radial.drawRadialGradient(gradient, {10, 5}, 50, kCGGradientDrawsAfterEndLocation);
   EXPECT_FALSE(radial.snapshot()->isOpaqueIn(CGRectMake(0, 0, 20, 10)));
-  RecordingContext restored;
-  restored.saveGState();
-  restored.translateCTM(0, -5);
-  restored.restoreGState();
-  Backdrop{}.draw(restored);
-  EXPECT_FALSE(restored.snapshot()->isOpaqueIn(CGRectMake(0, 0, 20, 10)));
+}
+
+TEST(DisplayList, ACoverAfterARestoreLiesWhereTheSaveWas) {
+  RecordingContext back, moved;
+  for (RecordingContext* context : {&back, &moved}) {
+    if (context == &moved) context->translateCTM(0, 1);
+    context->saveGState();
+    context->translateCTM(0, -5);
+    context->clipToRect(CGRectMake(0, 0, 1, 1));
+    context->restoreGState();
+    Backdrop{}.draw(*context);
+  }
+  EXPECT_TRUE(back.snapshot()->isOpaqueIn(CGRectMake(0, 0, 20, 10)));
+  EXPECT_FALSE(moved.snapshot()->isOpaqueIn(CGRectMake(0, 0, 20, 10)));
+}
+
+// One of each command, with one of them drawn in another way when asked.
+std::shared_ptr<const DisplayList> everyCommand(int different) {
+  static const auto gradient = std::make_shared<CGGradient>(std::vector<RGBA>{{0, 0, 0, 1}, {1, 1, 1, 1}});
+  static const auto image = std::make_shared<CGImage>(std::make_shared<DisplayList>(), 1, 1);
+  int number = 0;
+  const auto length = [&] { return ++number == different ? 3.0 : 2.0; };
+  RecordingContext context;
+  context.saveGState();
+  context.translateCTM(0, length());
+  context.clipToRect(CGRectMake(0, 0, length(), 9));
+  context.fillRect(CGRectMake(0, 0, 5, length()));
+  context.setFillColor({length() / 9, 0, 0, 1});
+  context.fillRect(CGRectMake(0, 0, 5, 5));
+  context.setLineWidth(length());
+  context.moveToPoint(0, 0);
+  context.addLineToPoint(1, length());
+  context.strokePath();
+  context.drawLinearGradient(gradient, {0, 0}, {1, length()}, 0);
+  context.drawImage(CGRectMake(0, 0, 1, length()), image);
+  context.showTextRun({FontFaceHelvetica(), length(), "a", {0, 0}});
+  context.showTextRun({FontFaceHelvetica(), 9, ++number == different ? "b" : "a", {0, 0}});
+  context.clearRect(CGRectMake(0, 0, 1, length()));
+  context.restoreGState();
+  context.setAlpha(length() / 9);
+  context.beginTransparencyLayer();
+  context.endTransparencyLayer();
+  if (++number == different) context.fillRect(CGRectMake(0, 0, 1, 1));
+  return context.snapshot();
+}
+constexpr int commandsThatMayDiffer = 13;
+
+TEST(DisplayList, TwoOfTheSameCommandsAreEqual) {
+  EXPECT_EQ(*everyCommand(0), *everyCommand(0));
+  EXPECT_EQ(everyCommand(0)->hash(), everyCommand(0)->hash());
+  EXPECT_EQ(everyCommand(0)->hash(), everyCommand(commandsThatMayDiffer + 1)->hash());
+}
+
+TEST(DisplayList, AnyDifferenceMakesThemUnequal) {
+  for (int different = 1; different <= commandsThatMayDiffer; ++different)
+    EXPECT_FALSE(*everyCommand(0) == *everyCommand(different)) << different;
+}
+
+TEST(DisplayList, PlacesAndSizesTellApartByHash) {
+  const auto hashOf = [](double x, double width) {
+    RecordingContext context;
+    context.translateCTM(x, 0);
+    context.fillRect(CGRectMake(0, 0, width, 10));
+    return context.snapshot()->hash();
+  };
+  EXPECT_EQ(hashOf(1, 2), hashOf(1, 2));
+  EXPECT_NE(hashOf(1, 2), hashOf(1.5, 2));
+  EXPECT_NE(hashOf(1, 2), hashOf(1, 2.5));
 }
 
 TEST(DisplayList, BoundsHoldWhatFillsImagesAndStrokesPaint) {

@@ -205,7 +205,8 @@ test('a chart survives', async (context) => {
     });
 
     await context.test(`a stay in the back-forward cache, with ${kind}`, async () => {
-      const page = await disturbed(data, `${watchReturn} location = '${away}';`);
+      // Not before the page has answered: leaving would cut the answer off.
+      const page = await disturbed(data, `${watchReturn} setTimeout(() => { location = '${away}'; });`);
       await comeBack(page);
       await page.evaluate('shown()');
       assert.equal(await page.evaluate('picture()'), await undisturbed(data));

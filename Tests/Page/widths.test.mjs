@@ -86,4 +86,37 @@ test('a dragged box', async (context) => {
       assert.deepEqual(page.lines.filter((line) => /uncaught|zelkon/.test(line)), []);
     });
   }
+
+  await context.test('shows bars that keep their size from the pixels of before', async () => {
+    const counter = `
+const { fill } = OffscreenCanvasRenderingContext2D.prototype;
+let fills = 0;
+OffscreenCanvasRenderingContext2D.prototype.fill = function (...values) {
+  ++fills;
+  return fill.apply(this, values);
+};
+const fillsAfter = async (act) => {
+  fills = 0;
+  act();
+  await frames(4);
+  return fills;
+};
+`;
+    const page = await browser.open('', script + counter, { reducedMotion: 'reduce' });
+    const counts = await page.evaluate(async (data) => {
+      const chart = embed(640, data);
+      await settled();
+      const wider = [];
+      for (let width = 641; width < 647; ++width) wider.push(await fillsAfter(() => { chart.style.width = `${width}px`; }));
+      const dragged = picture(chart);
+      const higher = await fillsAfter(() => { chart.style.height = '310px'; });
+      const other = embed(646, data);
+      await settled();
+      return { wider, higher, isSame: same(dragged, picture(other)) };
+    }, Array.from({ length: 12 }, (_, index) => month(index)));
+    assert.ok(counts.isSame);
+    // Each of the twelve is filled once. A bar grows by a whole point after twelve of the box.
+    assert.equal(counts.higher, 12);
+    assert.ok(counts.wider.filter((count) => count > 0).length <= 1, `${counts.wider}`);
+  });
 });

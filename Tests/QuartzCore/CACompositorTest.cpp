@@ -388,6 +388,68 @@ TEST_F(CACompositorPictures, WithoutSurfacesItIsPaintedDirectly) {
   EXPECT_EQ(onScreen(1).front(), "group a0.5");
 }
 
+// Drawn anew each time, with a clip, so that it is shown from pixels.
+CGImageRef drawnWithWidth(double width) {
+  RecordingContext context;
+  context.clipToRect(CGRectMake(0, 0, width, 40));
+  context.fillRect(CGRectMake(0, 0, 30, 40));
+  return std::make_shared<const CGImage>(context.snapshot(), 30, 40);
+}
+
+TEST_F(CACompositorPictures, NewContentsDrawnAsThoseOfTheLastFrameTakeTheirPixels) {
+  CALayerRef layer = addFilled(CGRectMake(10, 20, 30, 40), red);
+  const auto show = [&](double width) {
+    const CGImageRef contents = drawnWithWidth(width);
+    layer->setContents(contents);
+    onScreen();
+    return contents->surface(1);
+  };
+  const auto replaceLayer = [&] {
+    layer->removeFromSuperlayer();
+    layer = addFilled(CGRectMake(10, 20, 30, 40), red);
+  };
+  const std::shared_ptr<Surface> first = show(5);
+  EXPECT_EQ(show(5), first) << "on the same layer";
+  replaceLayer();
+  EXPECT_EQ(show(5), first) << "on another layer";
+  EXPECT_EQ(device.surfaces.size(), 1u);
+  EXPECT_NE(show(6), first);
+  EXPECT_NE(show(5), first) << "not from an earlier frame";
+  EXPECT_EQ(device.surfaces.size(), 3u);
+}
+
+TEST_F(CACompositorPictures, ContentsTakeNoPixelsOfAnotherSizeOrScale) {
+  const CALayerRef layer = addFilled(CGRectMake(10, 20, 30, 40), red);
+  const CGImageRef small = drawnWithWidth(5);
+  layer->setContents(small);
+  onScreen();
+  const std::shared_ptr<Surface> pixels = small->surface(1);
+  const auto large = std::make_shared<const CGImage>(small->recording(), 31, 40);
+  layer->setContents(large);
+  onScreen();
+  EXPECT_NE(large->surface(1), pixels);
+  const CGImageRef same = drawnWithWidth(5);
+  layer->setContents(same);
+  onScreen(0, 2);
+  EXPECT_NE(same->surface(2), pixels);
+  EXPECT_EQ(device.surfaces.back(), (std::pair<int, int>{60, 80}));
+}
+
+TEST_F(CACompositorPictures, WhatIsNoLongerShownIsNotKept) {
+  const CALayerRef layer = addFilled(CGRectMake(10, 20, 30, 40), red);
+  std::weak_ptr<const CGImage> contents;
+  {
+    const CGImageRef drawn = drawnWithWidth(5);
+    contents = drawn;
+    layer->setContents(drawn);
+  }
+  onScreen();
+  layer->removeFromSuperlayer();
+  onScreen();
+  layer->setContents(nullptr);
+  EXPECT_TRUE(contents.expired());
+}
+
 TEST_F(CACompositorPictures, ANewScaleAndAPurgeDropThem) {
   addGroup();
   onScreen();
