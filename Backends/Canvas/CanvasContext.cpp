@@ -67,14 +67,14 @@ void CanvasContext::doClip(const CGPath& path, bool evenOdd) {
 CGPath CanvasContext::onWholePixels(const CGPath& path) const {
   const std::optional<CGRect> rect = path.rect();
   const CGAffineTransform t = toPixels();
-  if (!rect || t.b != 0 || t.c != 0 || t.a == 0 || t.d == 0) return path;
+  if (!rect || std::abs(t.b) >= pixelTolerance || std::abs(t.c) >= pixelTolerance || t.a == 0 || t.d == 0) return path;
   const CGRect r = CGRectApplyAffineTransform(*rect, t);
   const auto nearest = [](double pixels) { return std::floor(pixels + 0.5 + pixelTolerance); };
   const double x = nearest(CGRectGetMinX(r)), y = nearest(CGRectGetMinY(r));
   CGPath snapped;
   snapped.addRect(CGRectApplyAffineTransform(
       CGRectMake(x, y, nearest(CGRectGetMaxX(r)) - x, nearest(CGRectGetMaxY(r)) - y), CGAffineTransformInvert(t)));
-  return snapped;
+  return snapped.isPaintable() ? snapped : path;
 }
 
 void CanvasContext::doFill(const CGPath& path, bool evenOdd, const RGBA& color, CGBlendMode blend) {
@@ -117,16 +117,16 @@ bool CanvasContext::liesInCorner(CGRect rect) const {
 
 bool CanvasContext::replaysBest(const CGImage& image, CGRect rect, bool isFirstTime) const {
   if (!showsPixelForPixel(image, rect)) return image.recording()->isCheapToReplay();
-  // Pixels of its own are worth their making when they are shown twice, and those of a chart that is being resized
-  // never are. Both ways have to give the same pixels to the last bit: engines round translucent ones, spread the steps
-  // of a gradient by their place on the surface, and smooth clips on the canvases of elements only; and where a clip is
-  // smoothed, each command would fade for itself.
-  return isFirstTime && !isMoving_ && extents_.size() == 1 && !isClippedOrGrouped() && liesInCorner(rect) &&
-         image.recording()->isOpaqueIn(CGRectMake(0, 0, image.width(), image.height()));
+  // Pixels of its own are worth their making when they are shown twice, and a chart that is being resized never shows
+  // those of its background again. Both ways have to give the same pixels to the last bit: engines round translucent
+  // ones, spread the steps of a gradient by their place on the surface, and smooth clips on the canvases of elements
+  // only; and where a clip is smoothed, each command would fade for itself.
+  return isFirstTime && !isMoving_ && !image.hasPixels(scale_) && extents_.size() == 1 && !isClippedOrGrouped() &&
+         liesInCorner(rect) && image.recording()->isOpaqueIn(CGRectMake(0, 0, image.width(), image.height()));
 }
 
 void CanvasContext::replayImage(const CGImage& image, CGRect rect) {
-  const bool wasReplaying = std::exchange(replaysPicture_, true);
+  const bool wasReplaying = std::exchange(replaysPicture_, showsPixelForPixel(image, rect));
   saveGState();
   translateCTM(rect.origin.x, rect.origin.y);
   scaleCTM(rect.size.width / image.width(), rect.size.height / image.height());

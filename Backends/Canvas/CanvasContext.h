@@ -55,7 +55,7 @@ class CanvasContext : public CGContext {
   double scale_;
   bool isMoving_;
   int id_;
-  bool replaysPicture_ = false;  // what is being drawn is the recording of an image
+  bool replaysPicture_ = false;  // what is being drawn is the recording of an image, in the place of its pixels
   std::vector<CGRect> extents_;  // of the surface and of each open group, in pixels, y down
 };
 

@@ -28,12 +28,8 @@ std::shared_ptr<Surface> CanvasDevice::screenSurface(int id, int pixelWidth, int
   return std::make_shared<CanvasSurface>(commands_, id, pixelWidth, pixelHeight, CanvasSurface::Kind::screen);
 }
 
-std::unique_ptr<CGContext> CanvasDevice::contextForSurface(const std::shared_ptr<Surface>& surface, double scale) {
-  return contextForFrame(surface, scale, false);
-}
-
-std::unique_ptr<CGContext> CanvasDevice::contextForFrame(const std::shared_ptr<Surface>& surface, double scale,
-                                                         bool isMoving) {
+std::unique_ptr<CGContext> CanvasDevice::makeContext(const std::shared_ptr<Surface>& surface, double scale,
+                                                     bool isMoving) {
   auto own = std::dynamic_pointer_cast<CanvasSurface>(surface);
   assert(own && "a surface of another backend");
   if (!own || !(scale > 0)) return nullptr;

@@ -19,10 +19,13 @@ class CanvasDevice : public GraphicsDevice {
   std::shared_ptr<Surface> makeSurface(int pixelWidth, int pixelHeight) override;
   // The canvas that the page has bound under that number, given the size with the next replay; a new size clears it.
   std::shared_ptr<Surface> screenSurface(int id, int pixelWidth, int pixelHeight);
-  // For one frame of a screen. While the chart moves, further ones follow at once, so that all pictures are worth their
-  // pixels.
-  std::unique_ptr<CGContext> contextForFrame(const std::shared_ptr<Surface>& screen, double scale, bool isMoving);
-  std::unique_ptr<CGContext> contextForSurface(const std::shared_ptr<Surface>& surface, double scale) override;
+  std::unique_ptr<CGContext> contextForSurface(const std::shared_ptr<Surface>& surface, double scale) override {
+    return makeContext(surface, scale, false);
+  }
+  // For one frame of something that moves: as further frames follow at once, every picture is worth its pixels.
+  std::unique_ptr<CGContext> contextForMovingFrame(const std::shared_ptr<Surface>& surface, double scale) {
+    return makeContext(surface, scale, true);
+  }
   // Only pictures that the page has decoded beforehand: decoding is not synchronous there.
   std::shared_ptr<Surface> decodePNG(const uint8_t* bytes, size_t count) override;
   std::vector<uint8_t> readPixels(const Surface& surface) override;
@@ -31,6 +34,8 @@ class CanvasDevice : public GraphicsDevice {
   void flush() { commands_->flush(); }
 
  private:
+  std::unique_ptr<CGContext> makeContext(const std::shared_ptr<Surface>& surface, double scale, bool isMoving);
+
   std::shared_ptr<CanvasCommands> commands_;
   double screenScale_;
 };

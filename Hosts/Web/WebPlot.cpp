@@ -242,7 +242,7 @@ bool WebPlot::compose(double time) {
   if (!screen_) {
     screen_ = device_.screenSurface(canvas_, pixels(size_.width, scale), pixels(size_.height, scale));
   }
-  auto context = device_.contextForFrame(screen_, scale, animating);
+  auto context = animating ? device_.contextForMovingFrame(screen_, scale) : device_.contextForSurface(screen_, scale);
   context->clearRect({{0, 0}, size_});
   if (view_->layer()) {
     compositor_.compose(view_->layer(), *context, scale, time);

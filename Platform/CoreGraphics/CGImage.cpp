@@ -32,7 +32,7 @@ CGImage::CGImage(std::shared_ptr<const DisplayList> recording, int width, int he
 CGImage::~CGImage() = default;
 
 std::shared_ptr<Surface> CGImage::surface(double scale) const {
-  if (!recording_ || (surface_ && surfaceScale_ == scale)) return surface_;
+  if (!recording_ || hasPixels(scale)) return surface_;
   GraphicsDevice* device = GraphicsDevice::current();
   const int pixelWidth = pixelsFor(width_, scale), pixelHeight = pixelsFor(height_, scale);
   if (device == nullptr || !(scale > 0) || pixelWidth == 0 || pixelHeight == 0) return nullptr;
@@ -48,7 +48,6 @@ std::shared_ptr<Surface> CGImage::surface(double scale) const {
 }
 
 void CGImage::sharePixelsOf(const CGImage& equal) const {
-  if (surface_) return;
   surface_ = equal.surface_;
   surfaceScale_ = equal.surfaceScale_;
 }

@@ -36,7 +36,9 @@ class CGImage {
   // The pixels at `scale` pixels per unit, made by the current device and kept for that scale. Null when the device
   // cannot make them. Decoded images give their own pixels at any scale.
   std::shared_ptr<Surface> surface(double scale) const;
-  // Takes over the pixels of an image that looks the same, of an equal recording and size, unless it has its own.
+  // Whether surface(scale) has nothing to draw.
+  bool hasPixels(double scale) const { return surface_ && (!recording_ || surfaceScale_ == scale); }
+  // Takes over the pixels of an image that looks the same, of an equal recording and size.
   void sharePixelsOf(const CGImage& equal) const;
   // For backends that treat the first showing in their own way: notes it, and answers whether there was one before.
   bool noteShown() const { return std::exchange(isShown_, true); }

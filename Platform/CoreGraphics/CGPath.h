@@ -39,8 +39,9 @@ class CGPath {
   const std::vector<CGPathElement>& elements() const { return elements_; }
   // Whether there is anything but moves and every coordinate is finite; nothing else may reach a backend.
   bool isPaintable() const;
-  std::optional<CGRect> rect() const;  // when it is one rectangle, begun at its origin as addRect does
-  CGRect boundingBox() const;          // of all points, control points included; CGRectNull when empty
+  // When it is one closed rectangle along the axes whose first side is horizontal, as addRect adds it.
+  std::optional<CGRect> rect() const;
+  CGRect boundingBox() const;  // of all points, control points included; CGRectNull when empty
   CGPath transformed(const CGAffineTransform& t) const;
   friend bool operator==(const CGPath& a, const CGPath& b) { return a.elements_ == b.elements_; }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <initializer_list>
 
 namespace zelkon {
 
@@ -125,28 +126,41 @@ struct OpaqueCover {
   }
 };
 
-// Sizes and places are what tells drawings of the same kind apart.
+// Takes in what tells drawings of the same kind apart: places, sizes, colours and texts.
 struct Hash {
   size_t value = 0;
 
   void operator()(const DisplayList::Concat& c) {
-    for (const double number :
-         {c.transform.a, c.transform.b, c.transform.c, c.transform.d, c.transform.tx, c.transform.ty})
-      add(std::hash<double>()(number));
+    add({c.transform.a, c.transform.b, c.transform.c, c.transform.d, c.transform.tx, c.transform.ty});
   }
   void operator()(const DisplayList::Clip& c) { add(c.path); }
-  void operator()(const DisplayList::Fill& c) { add(c.path); }
-  void operator()(const DisplayList::Stroke& c) { add(c.path); }
-  void operator()(const DisplayList::Text& c) { add(std::hash<std::string>()(c.run.text)); }
-  template <typename Other>
-  void operator()(const Other&) {
-    add(1);
+  void operator()(const DisplayList::Fill& c) {
+    add(c.path);
+    add(c.color);
   }
+  void operator()(const DisplayList::Stroke& c) {
+    add(c.path);
+    add(c.color);
+    add({c.style.width});
+  }
+  void operator()(const DisplayList::Gradient& c) { add(std::hash<CGGradientRef>()(c.gradient)); }
+  void operator()(const DisplayList::Image& c) {
+    add(std::hash<CGImageRef>()(c.image));
+    add({c.rect.origin.x, c.rect.origin.y, c.rect.size.width, c.rect.size.height});
+  }
+  void operator()(const DisplayList::Text& c) {
+    add(std::hash<std::string>()(c.run.text));
+    add({c.run.origin.x, c.run.origin.y, c.run.size});
+    add(c.color);
+  }
+  template <typename Other>
+  void operator()(const Other&) {}
   void add(const CGPath& path) {
-    for (const CGPathElement& element : path.elements()) {
-      add(std::hash<double>()(element.points[0].x));
-      add(std::hash<double>()(element.points[0].y));
-    }
+    for (const CGPathElement& element : path.elements()) add({element.points[0].x, element.points[0].y});
+  }
+  void add(const RGBA& color) { add({color.red, color.green, color.blue, color.alpha}); }
+  void add(std::initializer_list<double> numbers) {
+    for (const double number : numbers) add(std::hash<double>()(number));
   }
   void add(size_t number) { value = value * 31 + number; }
 };
@@ -155,7 +169,10 @@ struct Hash {
 
 size_t DisplayList::hash() const {
   Hash hash;
-  for (const Command& command : commands_) std::visit(hash, command);
+  for (const Command& command : commands_) {
+    hash.add(command.index());
+    std::visit(hash, command);
+  }
   return hash.value;
 }
 

@@ -19,7 +19,7 @@ class CACompositor {
   void compose(const CALayerRef& root, CGContext& context, double scale, double time);
   // Drops everything kept: after a change of scale, or to free memory.
   void purge();
-  // Number of subtrees and pictures painted anew by the last compose; 0 extra work when nothing changed.
+  // Number of subtrees painted anew and of contents new to the last compose; 0 when nothing changed.
   int repaintsOfLastFrame() const;
 
  private:

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "CoreGraphics/DisplayList.h"
 #include "CoreGraphics/GraphicsDevice.h"
@@ -39,7 +40,9 @@ void CAPictureCache::beginFrame(double scale) {
   scale_ = scale;
   ++frame_;
   repaints_ = 0;
-  lastEntries_.swap(entries_);
+  // Whatever a frame that was cut short has left.
+  lastEntries_ = std::exchange(entries_, {});
+  lenders_.reset();
 }
 
 void CAPictureCache::endFrame() {
@@ -77,16 +80,16 @@ const CAPictureCache::Picture* CAPictureCache::picture(const CALayer& layer, CGR
   if (isNew && changedLastTime) return nullptr;
   Picture made = makePicture(area, scale_, paint);
   if (!made.image) return nullptr;
-  Entry& current = entries_[&layer];  // painting may have added entries
-  current.picture = std::move(made);
-  return &current.picture;
+  entry.picture = std::move(made);
+  entry.contents.reset();  // it is within the picture
+  return &entry.picture;
 }
 
 void CAPictureCache::noteContents(const CALayer& layer) {
   Entry& entry = entryFor(layer);
   const CGImageRef& contents = layer.contents();
   if (entry.contents == contents && contents) return;
-  if (contents && contents->recording()) borrowPixels(*contents);
+  if (contents && contents->recording() && !contents->hasPixels(scale_)) borrowPixels(*contents);
   entry.contents = contents;
   ++repaints_;
 }
@@ -96,7 +99,7 @@ void CAPictureCache::borrowPixels(const CGImage& contents) {
     lenders_.emplace();
     for (const Entries* entries : {&entries_, &lastEntries_})
       for (const auto& [layer, entry] : *entries)
-        if (entry.contents && entry.contents->recording())
+        if (entry.contents && entry.contents->recording() && entry.contents->hasPixels(scale_))
           lenders_->emplace(entry.contents->recording()->hash(), entry.contents);
   }
   const auto [begin, end] = lenders_->equal_range(contents.recording()->hash());

@@ -44,7 +44,7 @@ class CAPictureCache {
   void borrowPixels(const CGImage& contents);
 
   Entries entries_, lastEntries_;  // of this frame, and those of the last one that this one has not used
-  // The recorded contents of the last frame by their hashes; filled when this frame has others.
+  // Recorded contents of the last frame that have pixels, by their hashes; filled when this frame has others.
   std::optional<std::multimap<size_t, CGImageRef>> lenders_;
   double scale_ = 0;
   unsigned long frame_ = 1;

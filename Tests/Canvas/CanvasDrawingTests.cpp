@@ -77,6 +77,15 @@ void clips(CanvasTest& t) {
   t.expectPixel(3, 0, {0, 0, 0, 255});
 }
 
+// On the canvases of elements engines smooth the edges of clips, which is what layers on the move want.
+void clipsOfScreens(CanvasTest& t) {
+  t.startOnScreen(6, 4);
+  t.context->clipToRect(CGRectMake(0.5, 0, 3.75, 4));
+  t.fill(black, CGRectMake(0, 0, 6, 4));
+  t.expectNear(t.alphaAt(0, 1), 0.5, 0.02, "the left edge");
+  t.expectNear(t.alphaAt(4, 1), 0.25, 0.02, "the right edge");
+}
+
 void clipsOfPictures(CanvasTest& t) {
   for (const double scale : {1.0, 2.0}) {
     t.start(6, 4, scale);
@@ -200,13 +209,16 @@ int surfacesMadeBy(CanvasTest& t, Draw draw) {
 }
 
 // Shown for the first time it is drawn straight, then from pixels of its own: nobody may see a difference.
-void expectSameEveryTime(CanvasTest& t, double scale, double x, bool isClipped) {
+void expectSameEveryTime(CanvasTest& t, double scale, double x, bool isClipped, bool isOnScreen) {
   const std::string place = " at " + std::to_string(x) + ", scale " + std::to_string(scale);
   const bool isStraight = x == 0 && !isClipped;
   const CGImageRef image = opaqueDrawing();
   std::vector<uint8_t> shown[3];
   for (int i = 0; i < 3; ++i) {
-    t.start(20, 14, scale);
+    if (isOnScreen)
+      t.startOnScreen(20, 14, scale);
+    else
+      t.start(20, 14, scale);
     t.fill({1, 0, 0, 1}, CGRectMake(0, 0, 20, 14));
     if (isClipped) {
       t.context->addEllipseInRect(CGRectMake(0, 4, 12, 10));
@@ -225,7 +237,7 @@ void shownWhileMoving(CanvasTest& t) {
   const std::shared_ptr<Surface> surface = t.device.makeSurface(12, 10);
   std::vector<uint8_t> shown[2];
   for (int i = 0; i < 2; ++i) {
-    const auto context = t.device.contextForFrame(surface, 1, true);
+    const auto context = t.device.contextForMovingFrame(surface, 1);
     const int made = surfacesMadeBy(t, [&] { context->drawImage(CGRectMake(0, 0, 12, 10), image); });
     t.expectNear(made, i == 0 ? 1 : 0, 0, "surfaces of frame " + std::to_string(i));
     shown[i] = t.device.readPixels(*surface);
@@ -235,12 +247,17 @@ void shownWhileMoving(CanvasTest& t) {
 
 void shownTwice(CanvasTest& t) {
   for (const double scale : {1.0, 1.5, 2.0})
-    for (const double x : {0.0, 0.25, 2.0}) expectSameEveryTime(t, scale, x, false);
+    for (const double x : {0.0, 0.25, 2.0}) expectSameEveryTime(t, scale, x, false, false);
+}
+
+void shownTwiceOnScreen(CanvasTest& t) {
+  for (const double scale : {1.0, 1.5, 2.0})
+    for (const double x : {0.0, 0.25, 2.0}) expectSameEveryTime(t, scale, x, false, true);
 }
 
 void shownTwiceWithinClip(CanvasTest& t) {
-  expectSameEveryTime(t, 1, 0, true);
-  expectSameEveryTime(t, 2, 0, true);
+  expectSameEveryTime(t, 1, 0, true, false);
+  expectSameEveryTime(t, 2, 0, true, true);
 }
 
 void usedAgain(CanvasTest& t) {
@@ -296,6 +313,7 @@ std::vector<NamedCanvasTest> canvasDrawingTests() {
           {"a line on a half coordinate covers one row and ends without caps", halfLine},
           {"nothing is stroked without width or length", noLine},
           {"clips intersect and end with the state; an empty one leaves nothing", clips},
+          {"clips on screens end within pixels", clipsOfScreens},
           {"rectangular clips of pictures end on the nearest whole pixels", clipsOfPictures},
           {"even-odd leaves a hole", evenOdd},
           {"clearing makes transparent within the clip, softly at fractions", clearing},
@@ -306,6 +324,7 @@ std::vector<NamedCanvasTest> canvasDrawingTests() {
           {"a stretched picture is smoothed", stretchedImages},
           {"a simple recording is drawn again when stretched, within its own edges", replayedImages},
           {"an opaque drawing looks the same every time", shownTwice},
+          {"an opaque drawing looks the same every time on a screen", shownTwiceOnScreen},
           {"an opaque drawing looks the same every time within a clip", shownTwiceWithinClip},
           {"an opaque drawing is shown from pixels while a chart moves", shownWhileMoving},
           {"a surface of the size of an earlier one is clear", usedAgain},

@@ -2,6 +2,11 @@
 
 #include <emscripten.h>
 
+#include "Backends/Canvas/PageImport.h"
+
+// The number of a canvas element that the page has bound as a screen.
+extern "C" ZELKON_PAGE_IMPORT(canvasTestScreen) int canvasTestScreen() noexcept;
+
 namespace zelkon {
 
 CanvasTest::CanvasTest() : earlier_(GraphicsDevice::install(&device)) {}
@@ -16,6 +21,13 @@ CanvasTest::~CanvasTest() {
 void CanvasTest::start(int width, int height, double scale) {
   context.reset();
   surface = device.makeSurface(static_cast<int>(std::ceil(width * scale)), static_cast<int>(std::ceil(height * scale)));
+  context = device.contextForSurface(surface, scale);
+}
+
+void CanvasTest::startOnScreen(int width, int height, double scale) {
+  context.reset();
+  surface = device.screenSurface(canvasTestScreen(), static_cast<int>(std::ceil(width * scale)),
+                                 static_cast<int>(std::ceil(height * scale)));
   context = device.contextForSurface(surface, scale);
 }
 

@@ -23,8 +23,9 @@ class CanvasTest {
   CanvasTest(const CanvasTest&) = delete;
   CanvasTest& operator=(const CanvasTest&) = delete;
 
-  // A fresh transparent bitmap of a size in points.
+  // A fresh transparent bitmap of a size in points, or the canvas of an element of that size.
   void start(int width, int height, double scale = 1);
+  void startOnScreen(int width, int height, double scale = 1);
   void fill(const RGBA& color, CGRect rect);
   void fillInGroup(const CGGroupEffects& effects, const RGBA& color, CGRect rect);
   // Column from the left, row from the top.

@@ -39,6 +39,8 @@ before(async () => {
      const code = await WebAssembly.compileStreaming(fetch('zelkon-canvas-tests.wasm'));
      // What the backend does not provide is not called.
      const imports = { env: canvasImports(heap, window.canvas, new LocaleRuntime('en_US')) };
+     window.screens = [];
+     imports.env.canvasTestScreen = () => screens[screens.push(window.canvas.bindScreen(document.createElement('canvas'))) - 1];
      for (const { module, name } of WebAssembly.Module.imports(code)) (imports[module] ??= {})[name] ??= () => 8;
      const { exports } = await WebAssembly.instantiate(code, imports);
      heap.memory = exports.memory;
@@ -77,6 +79,8 @@ test('what the C++ side draws in the page', async (context) => {
 });
 
 test('surfaces are given back', async () => {
+  // The page's own.
+  await page.evaluate(() => screens.forEach((id) => window.canvas.unbindScreen(id)));
   assert.equal(await page.evaluate(() => window.canvas.surfaces.size), 0);
   assert.equal(await page.evaluate(() => window.canvas.painters.size), 0);
 });

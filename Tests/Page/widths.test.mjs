@@ -42,7 +42,17 @@ const picture = (chart) => {
 const words = ({ data }) => new Uint32Array(data.buffer);
 const same = (a, b) => a.width === b.width && a.height === b.height && ((ours, theirs) => ours.every((pixel, index) => pixel === theirs[index]))(words(a), words(b));
 const fresh = new Map();
-// The widths whose dragged picture is not the fresh one, the calls that the drag made, and the least number of colours.
+// Texts painted on the screen and on pictures.
+const texts = { screen: 0, pictures: 0 };
+for (const [name, { prototype }] of [['screen', CanvasRenderingContext2D], ['pictures', OffscreenCanvasRenderingContext2D]]) {
+  const { fillText } = prototype;
+  prototype.fillText = function (...values) {
+    ++texts[name];
+    return fillText.apply(this, values);
+  };
+}
+// The widths whose dragged picture is not the fresh one, the calls that the drag made, the least number of colours, and
+// the texts painted by opening charts and by dragged ones.
 const drag = async (data, widths) => {
   for (const width of widths) {
     const chart = embed(width, data);
@@ -51,13 +61,15 @@ const drag = async (data, widths) => {
   }
   const chart = embed(widths[0], data);
   await settled();
+  const opened = { ...texts };
   const told = calls.length, wrong = [];
   for (const width of [...widths, ...widths.toReversed()]) {
     chart.style.width = width + 'px';
     await frames(4);
     if (!same(picture(chart), fresh.get(width))) wrong.push(width);
   }
-  return { wrong, told: calls.length - told, colours: Math.min(...[...fresh.values()].map((each) => new Set(words(each)).size)) };
+  const dragged = { screen: texts.screen - opened.screen, pictures: texts.pictures - opened.pictures };
+  return { wrong, told: calls.length - told, opened, dragged, colours: Math.min(...[...fresh.values()].map((each) => new Set(words(each)).size)) };
 };
 `;
 
@@ -67,12 +79,12 @@ test('a dragged box', async (context) => {
   for (let width = 320; width <= 760; width += 37) widths.push(width);
   // The bars of a year need 560 points, so that this range has both charts; half a year are bars everywhere, and three
   // years a line.
-  for (const [count, deviceScaleFactor, every] of [[12, 1, 1], [12, 2, 4], [6, 1, 3], [36, 1, 3]]) {
+  for (const [count, deviceScaleFactor, every] of [[12, 1, 1], [12, 2, 4], [6, 1, 3], [36, 1, 3], [36, 2, 6]]) {
     await context.test(`over ${count} months at scale ${deviceScaleFactor} shows what a fresh chart shows`, async () => {
       const tried = widths.filter((_, index) => index % every === 0);
-      const page = await browser.open('', script, { deviceScaleFactor, reducedMotion: 'reduce' });
+      const page = await browser.open('', script, { deviceScaleFactor });
       const data = Array.from({ length: count }, (_, index) => month(index));
-      const { colours, ...result } = await page.evaluate(([data, widths]) => drag(data, widths), [data, tried]);
+      const { colours, opened, dragged, ...result } = await page.evaluate(([data, widths]) => drag(data, widths), [data, tried]);
       for (const width of [tried[0], tried.at(-1)]) {
         const { columns, height, values } = await page.evaluate((width) => {
           const { width: columns, height, data } = fresh.get(width);
@@ -82,6 +94,9 @@ test('a dragged box', async (context) => {
         writeFileSync(join(pictures, `width-${count}-${width}@${deviceScaleFactor}.png`), PNG.sync.write(image));
       }
       assert.deepEqual(result, { wrong: [], told: 0 });
+      // A fresh chart is shown from pictures, as it moves, and a dragged one is painted straight onto the screen.
+      assert.ok(opened.pictures > 0 && opened.screen === 0, JSON.stringify(opened));
+      assert.ok(dragged.screen > 0 && dragged.pictures === 0, JSON.stringify(dragged));
       assert.ok(colours > 100, `only ${colours} colours: an empty chart proves nothing`);
       assert.deepEqual(page.lines.filter((line) => /uncaught|zelkon/.test(line)), []);
     });

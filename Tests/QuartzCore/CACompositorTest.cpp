@@ -435,6 +435,70 @@ TEST_F(CACompositorPictures, ContentsTakeNoPixelsOfAnotherSizeOrScale) {
   EXPECT_EQ(device.surfaces.back(), (std::pair<int, int>{60, 80}));
 }
 
+TEST_F(CACompositorPictures, ContentsWithoutPixelsDoNotStandBeforeThoseThatHaveThem) {
+  for (int withPixels = 0; withPixels < 3; ++withPixels) {
+    std::shared_ptr<Surface> pixels;
+    for (int i = 0; i < 3; ++i) {
+      const CGImageRef contents = drawnWithWidth(5);
+      if (i == withPixels) pixels = contents->surface(1);
+      addFilled(CGRectMake(10, 20, 30, 40), red)->setContents(contents);
+    }
+    onScreen();
+    for (const CALayerRef& layer : std::vector<CALayerRef>(root->sublayers())) layer->removeFromSuperlayer();
+    const CGImageRef contents = drawnWithWidth(5);
+    addFilled(CGRectMake(10, 20, 30, 40), red)->setContents(contents);
+    onScreen();
+    EXPECT_EQ(contents->surface(1), pixels) << withPixels;
+    root->sublayers().front()->removeFromSuperlayer();
+    onScreen();
+  }
+}
+
+TEST_F(CACompositorPictures, AGroupKeepsNoEarlierContents) {
+  const CALayerRef group = addGroup();
+  std::weak_ptr<const CGImage> earlier;
+  {
+    CATransactionWithoutActions off;
+    const CGImageRef drawn = drawnWithWidth(5);
+    earlier = drawn;
+    group->setOpacity(1);
+    group->setContents(drawn);
+  }
+  onScreen();
+  EXPECT_FALSE(earlier.expired());
+  {
+    CATransactionWithoutActions off;
+    group->setContents(drawnWithWidth(6));
+    group->setOpacity(0.5);
+  }
+  EXPECT_EQ(onScreen(1).front(), "image [10 20 30 40] a0.5");
+  EXPECT_TRUE(earlier.expired());
+}
+
+TEST_F(CACompositorPictures, AFrameThatWasCutShortLeavesNothingBehind) {
+  struct Failing : PixelContext {
+    void doFill(const CGPath&, bool, const RGBA&, CGBlendMode) override { throw std::runtime_error("no room"); }
+  };
+  std::weak_ptr<const CGImage> contents;
+  const CALayerRef layer = CALayer::layer();
+  layer->setFrame(CGRectMake(0, 0, 30, 40));
+  root->addSublayer(layer);
+  {
+    const CGImageRef drawn = drawnWithWidth(5);
+    contents = drawn;
+    layer->setContents(drawn);
+  }
+  onScreen();
+  layer->removeFromSuperlayer();
+  layer->setContents(nullptr);
+  addFilled(CGRectMake(10, 20, 30, 40), red);
+  CATransaction::flush();
+  Failing failing;
+  EXPECT_THROW(compositor.compose(root, failing, 1, start), std::runtime_error);
+  onScreen();
+  EXPECT_TRUE(contents.expired());
+}
+
 TEST_F(CACompositorPictures, WhatIsNoLongerShownIsNotKept) {
   const CALayerRef layer = addFilled(CGRectMake(10, 20, 30, 40), red);
   std::weak_ptr<const CGImage> contents;
