@@ -261,9 +261,12 @@ export class Painter {
       if ('filter' in context) context.filter = `brightness(${brightness})`;
       else multiplyBrightness(surface, width, height, brightness);
     }
-    context.drawImage(surface.canvas, 0, 0, width, height, group.x - this.level.x, group.y - this.level.y, width, height);
-    context.restore();
-    this.pool.give(surface);
+    try {
+      context.drawImage(surface.canvas, 0, 0, width, height, group.x - this.level.x, group.y - this.level.y, width, height);
+    } finally {
+      context.restore();
+      this.pool.give(surface);
+    }
   }
 
   private get level(): Level {

@@ -175,6 +175,35 @@ test('a command that fails leaves the rest of the frame alone', async () => {
   complaints.length = before;
 });
 
+test('a group that cannot be drawn leaves the rest of the frame alone', async () => {
+  const before = complaints.length;
+  const [pixel, saved] = await page.evaluate(() => {
+    const element = document.createElement('canvas');
+    element.width = element.height = 4;
+    const runtime = new CanvasRuntime();
+    const id = runtime.bindScreen(element);
+    const context = element.getContext('2d');
+    let saved = 0;
+    for (const [name, by] of [['save', 1], ['restore', -1]]) {
+      context[name] = () => {
+        saved += by;
+        CanvasRenderingContext2D.prototype[name].call(context);
+      };
+    }
+    context.drawImage = () => {
+      throw new Error('no room');
+    };
+    const group = [14, 15, 0, 0, 4, 4, 0.5, 0, 1, 0, 0, 0, 0, 0, 0, 0, 0];
+    const fill = [8, 19, 0, 1, 0, 0, 1, 0, 0, 0, 0, 1, 4, 0, 1, 4, 1, 1, 0, 1, 3];
+    runtime.replay(new Float64Array([1, 3, 7, id, 1, 3, 1, 7, ...group, 15, 0, ...fill, 2, 1, 7]), new Uint8Array(0));
+    return [[...context.getImageData(1, 3, 1, 1).data], saved];
+  });
+  assert.deepEqual(pixel, [255, 0, 0, 255], 'the lowest row, with neither the alpha nor the transform of the group');
+  assert.equal(saved, 0);
+  assert.equal(complaints.length, before + 1);
+  complaints.length = before;
+});
+
 // A group with its brightness, filled in one colour with half its alpha, in a fresh runtime; answers the pixel.
 const brightened = () =>
   page.evaluate(() => {
