@@ -1,13 +1,11 @@
 #include "Hosts/Headless/ChartPicture.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cmath>
 
 #include "Backends/Cairo/CairoDevice.h"
 #include "Backends/Cairo/VectorDocument.h"
 #include "Hosts/Headless/OutputFile.h"
-#include "Hosts/Headless/Scenario.h"
 
 namespace zelkon {
 namespace {
@@ -32,16 +30,6 @@ PictureBytes pixels(CGSize size, CairoDevice& device, double scale, Paint paint)
 }
 
 }  // namespace
-
-PictureFormat pictureFormatOf(const std::string& path) {
-  const size_t dot = path.rfind('.');
-  std::string ending = dot == std::string::npos ? "" : path.substr(dot + 1);
-  for (char& c : ending) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  if (ending == "png") return PictureFormat::png;
-  if (ending == "svg") return PictureFormat::svg;
-  if (ending == "pdf") return PictureFormat::pdf;
-  throw ScenarioError(path + ": the name must end in .png, .svg or .pdf");
-}
 
 PictureBytes drawnScreen(PlugInHost& host, CairoDevice& device, double scale) {
   return pixels(host.size(), device, scale, [&](CGContext& context) { host.compose(context, scale); });

@@ -4,15 +4,12 @@
 #include <functional>
 #include <string>
 
+#include "Hosts/Headless/PictureFormat.h"
 #include "Hosts/Headless/PlugInHost.h"
 
 namespace zelkon {
 
 class CairoDevice;
-
-enum class PictureFormat { png, svg, pdf };
-// By the ending of a file's name, in any case. Throws ScenarioError for another ending.
-PictureFormat pictureFormatOf(const std::string& path);
 
 // A drawing that is done, as the bytes of its file. May be called once, on any thread, while other charts are drawn on
 // the same device; the device must still be there. Throws FileError when there is not memory enough.

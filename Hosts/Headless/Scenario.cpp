@@ -3,6 +3,10 @@
 #include <cmath>
 #include <nlohmann/json.hpp>
 
+#include "Hosts/Headless/OutputFile.h"
+#include "Hosts/Headless/PictureFormat.h"
+#include "Hosts/Headless/PrintableText.h"
+
 namespace zelkon {
 namespace {
 
@@ -74,6 +78,19 @@ CGSize size(const json& node, const Place& place) {
   return {p.x, p.y};
 }
 
+// The name of a file that a step writes.
+std::string fileName(const json& node, const Place& place) {
+  std::string name = text(node, place);
+  if (!isNameBelowFolder(name)) place.fail("a name below the output folder is expected, not " + quotedText(name));
+  return name;
+}
+
+PrintStep print(const json& node, const Place& place) {
+  std::string name = fileName(node, place);
+  if (!pictureFormatOf(name)) place.fail("a name that ends in .png, .svg or .pdf is expected, not " + quotedText(name));
+  return {std::move(name)};
+}
+
 CallStep call(const json& step, const Place& place) {
   CallStep result{text(step["call"], place.at("call")), {}};
   if (const auto arguments = step.find("arguments"); arguments != step.end()) {
@@ -106,9 +123,9 @@ ScenarioStep parseStep(const json& step, const Place& place) {
     return WaitStep{seconds};
   }
   if (has("mouse")) return mouse(step, place);
-  if (has("snapshot")) return SnapshotStep{text(step["snapshot"], place.at("snapshot"))};
-  if (has("layers")) return LayersStep{text(step["layers"], place.at("layers"))};
-  if (has("print")) return PrintStep{text(step["print"], place.at("print"))};
+  if (has("snapshot")) return SnapshotStep{fileName(step["snapshot"], place.at("snapshot"))};
+  if (has("layers")) return LayersStep{fileName(step["layers"], place.at("layers"))};
+  if (has("print")) return print(step["print"], place.at("print"));
   if (has("frame")) return FrameStep{size(step["frame"], place.at("frame"))};
   if (has("resize")) return ResizeStep{size(step["resize"], place.at("resize"))};
   if (has("scroll")) return ScrollStep{pair(step["scroll"], place.at("scroll"))};

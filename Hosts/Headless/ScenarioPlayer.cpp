@@ -11,6 +11,7 @@
 #include "Hosts/Headless/LayerDump.h"
 #include "Hosts/Headless/OutputFile.h"
 #include "Hosts/Headless/PlugInHost.h"
+#include "Hosts/Headless/PrintableText.h"
 #include "Hosts/Headless/Resources.h"
 #include "QuartzCore/CATransaction.h"
 
@@ -20,13 +21,34 @@ namespace {
 // No opening lasts longer than its slowest bar; this only bounds a chart of absurd height.
 constexpr double kLongestOpening = 60;
 
+// The key of a step that writes a file, else null.
+struct FileKey {
+  const char* operator()(const SnapshotStep&) const { return "snapshot"; }
+  const char* operator()(const LayersStep&) const { return "layers"; }
+  const char* operator()(const PrintStep&) const { return "print"; }
+  template <typename Other>
+  const char* operator()(const Other&) const {
+    return nullptr;
+  }
+};
+
+// "pie.json: /steps/3/print"
+std::string placeOfFile(const std::string& name, size_t index, const ScenarioStep& step) {
+  const char* key = std::visit(FileKey(), step);
+  return name + ": /steps/" + std::to_string(index) + (key ? std::string("/") + key : "");
+}
+
 // One scenario being played: its transcript beginning at zero, the log and the locale its own, the earlier ones back at
 // its end.
 class Player {
  public:
   Player(const Scenario& scenario, const std::string& name, const PlayOptions& options, HeadlessServices& services,
          const Transcript::Sink& sink)
-      : scenario_(scenario), services_(services), transcript_(sink), scale_(options.scale.value_or(scenario.scale)) {
+      : scenario_(scenario),
+        name_(printableName(name)),
+        services_(services),
+        transcript_(sink),
+        scale_(options.scale.value_or(scenario.scale)) {
     services.device().setScreenScale(scale_);
     locale_ = LocaleServices::install(std::make_shared<IcuLocaleServices>(options.locale.value_or(scenario.locale)));
     log_ = NSSetLogSink([this](std::string_view line) { transcript_.log(line); });
@@ -34,7 +56,7 @@ class Player {
       host_.emplace(scenario.plot, options.size.value_or(scenario.size), scrolls(scenario), transcript_);
     } catch (const NSException& exception) {
       restore();
-      throw ScenarioError(name + ": /plot: " + exception.reason());
+      throw ScenarioError(name_ + ": /plot: " + exception.reason());
     }
   }
   ~Player() {
@@ -49,15 +71,25 @@ class Player {
   double scale() const { return scale_; }
 
   void play(const std::string& folder) {
-    folder_ = folder;
+    folder_.emplace(folder);
+    play();
+  }
+  // Without a folder for the files that steps write; there must be no such steps.
+  void play() {
     if (!scenario_.steps) {
       if (scenario_.options) guarded([&] { host_->call("SetPlotOptions", {*scenario_.options}); });
       if (scenario_.data) guarded([&] { host_->call("SetPlotData", {*scenario_.data}); });
       guarded([&] { host_->waitForAnimations(kLongestOpening); });
       return;
     }
-    for (const ScenarioStep& step : *scenario_.steps)
-      guarded([&] { std::visit([this](const auto& s) { carryOut(s); }, step); });
+    for (size_t i = 0; i < scenario_.steps->size(); ++i) {
+      const ScenarioStep& step = (*scenario_.steps)[i];
+      try {
+        guarded([&] { std::visit([this](const auto& s) { carryOut(s); }, step); });
+      } catch (const FileError& error) {
+        throw FileError(placeOfFile(name_, i, step) + ": " + error.what());
+      }
+    }
   }
 
  private:
@@ -70,8 +102,6 @@ class Player {
     NSSetLogSink(std::move(log_));
     LocaleServices::install(std::move(locale_));
   }
-  std::string place(const std::string& file) const { return folder_.empty() ? file : folder_ + "/" + file; }
-
   // What a step raises, a call or a change of the frame, is told to the page, which goes on.
   template <typename Step>
   void guarded(Step step) {
@@ -99,16 +129,16 @@ class Player {
   }
   void carryOut(const SnapshotStep& step) {
     host_->settle();
-    writeWholeFile(place(step.file), screenPicture(*host_, services_.device(), scale_));
+    folder_->write(step.file, screenPicture(*host_, services_.device(), scale_));
   }
   void carryOut(const LayersStep& step) {
     host_->settle();
-    writeWholeFile(place(step.file), layerDump(*host_->view(), CACurrentMediaTime()));
+    folder_->write(step.file, layerDump(*host_->view(), CACurrentMediaTime()));
   }
   void carryOut(const PrintStep& step) {
     host_->settle();
-    const PictureFormat format = pictureFormatOf(step.file);
-    writeWholeFile(place(step.file), printedPicture(*host_, services_.device(), scale_, format));
+    const PictureFormat format = pictureFormatOf(step.file).value_or(PictureFormat::pdf);
+    folder_->write(step.file, printedPicture(*host_, services_.device(), scale_, format));
   }
   void carryOut(const FrameStep& step) { host_->setFrame(step.size); }
   void carryOut(const ResizeStep& step) { host_->resize(step.size); }
@@ -119,10 +149,11 @@ class Player {
   }
 
   const Scenario& scenario_;
+  const std::string name_;
   HeadlessServices& services_;
   Transcript transcript_;
   double scale_;
-  std::string folder_;
+  std::optional<OutputFolder> folder_;
   std::shared_ptr<LocaleServices> locale_;
   LogSink log_;
   std::optional<PlugInHost> host_;
@@ -147,11 +178,16 @@ void playScenario(const Scenario& scenario, const std::string& name, const PlayO
 
 PictureBytes drawScenario(const Scenario& scenario, const std::string& name, const PlayOptions& options,
                           const std::string& format, HeadlessServices& services, const Transcript::Sink& sink) {
-  const PictureFormat kind = pictureFormatOf("." + format);
+  const std::optional<PictureFormat> kind = pictureFormatOf("." + format);
+  if (!kind) throw ScenarioError(printableName(name) + ": there is no picture format " + quotedText(format));
+  for (size_t i = 0; scenario.steps && i < scenario.steps->size(); ++i)
+    if (std::visit(FileKey(), (*scenario.steps)[i]))
+      throw ScenarioError(placeOfFile(printableName(name), i, (*scenario.steps)[i]) +
+                          ": a scenario that is rendered writes no files; it can be played");
   Player player(scenario, name, options, services, sink);
-  player.play("");
-  if (kind == PictureFormat::png) return drawnScreen(player.host(), services.device(), player.scale());
-  return [bytes = printedPicture(player.host(), services.device(), player.scale(), kind)] { return bytes; };
+  player.play();
+  if (*kind == PictureFormat::png) return drawnScreen(player.host(), services.device(), player.scale());
+  return [bytes = printedPicture(player.host(), services.device(), player.scale(), *kind)] { return bytes; };
 }
 
 std::string renderScenario(const Scenario& scenario, const std::string& name, const PlayOptions& options,

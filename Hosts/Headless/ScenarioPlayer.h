@@ -29,12 +29,12 @@ struct PlayOptions {
   std::optional<std::string> locale;
 };
 
-// Plays every step; files that steps name are written below `folder`. Times in the transcript start at 0. Throws
-// ScenarioError for an unknown plot (`name` is the file in its text) and FileError.
+// Plays every step; files that steps name are written below `folder` and never elsewhere. Times in the transcript start
+// at 0. Throws ScenarioError for an unknown plot (`name` is the file in its text) and FileError.
 void playScenario(const Scenario& scenario, const std::string& name, const PlayOptions& options,
                   const std::string& folder, HeadlessServices& services, const Transcript::Sink& sink);
-// Plays the scenario and draws the chart at its end: for PNG as on the screen, for SVG and PDF as printed. The services
-// must outlive what it answers.
+// Plays the scenario and draws the chart at its end: for PNG as on the screen, for SVG and PDF as printed. Throws
+// ScenarioError, also for a scenario with steps that write files. The services must outlive what it answers.
 PictureBytes drawScenario(const Scenario& scenario, const std::string& name, const PlayOptions& options,
                           const std::string& format, HeadlessServices& services, const Transcript::Sink& sink);
 // The same as the bytes of the picture's file.

@@ -1,14 +1,15 @@
 // The command: renders charts to files and plays scenarios.
 #include <CLI/CLI.hpp>
 #include <cstdio>
-#include <filesystem>
 #include <iostream>
 
 #include "Foundation/NSException.h"
 #include "Hosts/Headless/ChartPicture.h"
 #include "Hosts/Headless/OutputFile.h"
 #include "Hosts/Headless/PictureWriter.h"
+#include "Hosts/Headless/PrintableText.h"
 #include "Hosts/Headless/ScenarioPlayer.h"
+#include "Hosts/Headless/UnfinishedFile.h"
 
 #ifdef __GLIBC__
 #include <malloc.h>
@@ -47,10 +48,7 @@ CGSize parseSize(const std::string& text) {
   return {width, height};
 }
 
-std::string endingOf(const std::string& path) {
-  pictureFormatOf(path);
-  return path.substr(path.rfind('.') + 1);
-}
+std::string endingOf(const std::string& path) { return path.substr(path.rfind('.') + 1); }
 
 // Of a chart that is only drawn, what the plug-in logs is worth a word and what its page is told is not.
 void logToStandardError(const std::string& line) {
@@ -63,13 +61,8 @@ void render(const std::vector<std::string>& files, const std::vector<std::string
   if (files.size() != outputs.size())
     throw UsageError{"render: as many -o as files are expected (" + std::to_string(files.size()) + " files, " +
                      std::to_string(outputs.size()) + " outputs)"};
-  for (const std::string& output : outputs) {
-    try {
-      endingOf(output);
-    } catch (const ScenarioError& error) {
-      throw UsageError{error.what()};
-    }
-  }
+  for (const std::string& output : outputs)
+    if (!pictureFormatOf(output)) throw UsageError{printableName(output) + ": the name must end in .png, .svg or .pdf"};
   HeadlessServices services;
   PictureWriter writer;
   for (size_t i = 0; i < files.size(); ++i) {
@@ -96,9 +89,6 @@ void render(const std::vector<std::string>& files, const std::vector<std::string
 void play(const std::string& file, const std::string& folder, const PlayOptions& options) {
   const std::string name = displayName(file);
   const Scenario scenario = Scenario::parse(readWholeFile(file), name);
-  std::error_code failure;
-  if (!folder.empty()) std::filesystem::create_directories(folder, failure);
-  if (failure) throw FileError(folder + ": cannot be made: " + failure.message());
   HeadlessServices services;
   playScenario(scenario, name, options, folder, services, [](const std::string& line) { std::cout << line << '\n'; });
 }
@@ -107,6 +97,7 @@ void play(const std::string& file, const std::string& folder, const PlayOptions&
 
 int main(int argc, char** argv) {
   keepFreedMemory();
+  UnfinishedFile::removeAllOnSignals();
   CLI::App app{"Draws spending pies and charts of amounts over time."};
   app.name("zelkon-plot");
   app.set_version_flag("--version", "zelkon-plot " ZELKON_VERSION);

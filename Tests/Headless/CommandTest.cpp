@@ -1,52 +1,10 @@
 // The command as a shell sees it: exit statuses, the one error line, and no half-written files.
-#include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <algorithm>
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
-
-#include "Hosts/Headless/OutputFile.h"
+#include "Headless/CommandFixture.h"
 
 namespace zelkon {
 namespace {
 
-namespace fs = std::filesystem;
-
-struct Outcome {
-  int status;
-  std::string output, errors;
-};
-
-class CommandTest : public testing::Test {
- protected:
-  CommandTest() : folder_(fs::temp_directory_path() / fs::path("zelkon-command-" + std::to_string(getpid()))) {
-    fs::create_directories(folder_);
-    write("pie.json", R"({"plot": "pie", "size": [300, 200], "data": [{"key": "Rent", "value": 3}]})");
-  }
-  ~CommandTest() override { fs::remove_all(folder_); }
-
-  void write(const std::string& name, const std::string& text) { std::ofstream(folder_ / name) << text; }
-  bool exists(const std::string& name) const { return fs::exists(folder_ / name); }
-  size_t files() const {
-    return static_cast<size_t>(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()));
-  }
-
-  Outcome run(const std::string& arguments, const std::string& before = "") {
-    const std::string command = "cd '" + folder_.string() + "' && " + before + "'" ZELKON_COMMAND "' " + arguments +
-                                " >.output 2>.errors" + (before.empty() ? " </dev/null" : "");
-    const int status = std::system(command.c_str());
-    Outcome outcome{WEXITSTATUS(status), readWholeFile((folder_ / ".output").string()),
-                    readWholeFile((folder_ / ".errors").string())};
-    fs::remove(folder_ / ".output");
-    fs::remove(folder_ / ".errors");
-    return outcome;
-  }
-
-  fs::path folder_;
-};
+using CommandTest = CommandFixture;
 
 TEST_F(CommandTest, RendersEveryFormat) {
   for (const char* name : {"pie.png", "pie.svg", "pie.pdf"}) {
