@@ -6,6 +6,7 @@
 #include <unicode/dtfmtsym.h>
 #include <unicode/locid.h>
 #include <unicode/numberformatter.h>
+#include <unicode/uchar.h>
 
 #include <algorithm>
 #include <map>
@@ -96,6 +97,21 @@ struct IcuLocaleServices::Data {
 
 IcuLocaleServices::IcuLocaleServices(const std::string& localeName) : data_(std::make_unique<Data>(localeName)) {}
 IcuLocaleServices::~IcuLocaleServices() = default;
+
+bool IcuLocaleServices::isLocale(const std::string& name) {
+  const auto isAllowed = [](char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') ||
+           std::string_view("_-@=;.").find(c) != std::string_view::npos;
+  };
+  if (name.empty() || name.size() >= ULOC_FULLNAME_CAPACITY || !std::all_of(name.begin(), name.end(), isAllowed))
+    return false;
+  const icu::Locale locale = icu::Locale::createFromName(name.c_str());
+  const std::string script = locale.getScript(), region = locale.getCountry();
+  if (locale.isBogus() || *locale.getISO3Language() == 0) return false;
+  if (!script.empty() && u_getPropertyValueEnum(UCHAR_SCRIPT, script.c_str()) == UCHAR_INVALID_CODE) return false;
+  return region.empty() || *locale.getISO3Country() != 0 ||
+         std::all_of(region.begin(), region.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
 
 std::string IcuLocaleServices::formatNumber(double value, const std::optional<std::string>& currencyCode,
                                             int maximumFractionDigits) const {

@@ -14,6 +14,8 @@ class IcuLocaleServices : public LocaleServices {
   // nearest relative.
   explicit IcuLocaleServices(const std::string& localeName);
   ~IcuLocaleServices() override;
+  // Whether the name is made of a language that there is, with a script and a region that there are where it has them.
+  static bool isLocale(const std::string& name);
 
   std::string formatNumber(double value, const std::optional<std::string>& currencyCode,
                            int maximumFractionDigits) const override;

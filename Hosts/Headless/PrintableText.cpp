@@ -75,6 +75,7 @@ std::string printableText(std::string_view text, size_t most) {
 std::string quotedText(std::string_view text) { return "\"" + printableText(text, kLongestEcho) + "\""; }
 
 std::string printableName(std::string_view path) {
+  if (path.empty()) return "\"\"";
   if (path.size() <= kLongestName) return printableText(path);
   size_t start = path.size() - kLongestName;
   while (start < path.size() && (static_cast<uint8_t>(path[start]) & 0xC0) == 0x80) ++start;

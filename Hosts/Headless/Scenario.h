@@ -12,7 +12,7 @@
 
 namespace zelkon {
 
-// Bad input of a scenario: one line that names the file and the place in it.
+// Bad input of a scenario: one printable line that names the file and the place in it.
 class ScenarioError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -55,6 +55,12 @@ struct LifecycleStep {
 using ScenarioStep = std::variant<CallStep, WaitStep, MouseStep, SnapshotStep, LayersStep, PrintStep, FrameStep,
                                   ResizeStep, ScrollStep, LifecycleStep>;
 
+// What a file may hold at most. Each bound can be raised; the time and the memory it takes grow with it.
+struct ScenarioLimits {
+  size_t entries = size_t{1} << 20;  // of one array, as many as a page's array is read for
+  double waiting = 3600;             // of all its steps, seconds
+};
+
 struct Scenario {
   std::string plot;
   CGSize size{600, 400};
@@ -65,7 +71,7 @@ struct Scenario {
   std::optional<Value> options, data;
 
   // `name` is what error texts call the file. Throws ScenarioError.
-  static Scenario parse(const std::string& text, const std::string& name);
+  static Scenario parse(const std::string& text, const std::string& name, const ScenarioLimits& limits = {});
 };
 
 }  // namespace zelkon

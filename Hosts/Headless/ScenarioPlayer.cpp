@@ -20,6 +20,8 @@ namespace {
 
 // No opening lasts longer than its slowest bar; this only bounds a chart of absurd height.
 constexpr double kLongestOpening = 60;
+// Of a reason that repeats what the file says.
+constexpr size_t kLongestReason = 120;
 
 // The key of a step that writes a file, else null.
 struct FileKey {
@@ -56,7 +58,7 @@ class Player {
       host_.emplace(scenario.plot, options.size.value_or(scenario.size), scrolls(scenario), transcript_);
     } catch (const NSException& exception) {
       restore();
-      throw ScenarioError(name_ + ": /plot: " + exception.reason());
+      throw ScenarioError(name_ + ": /plot: " + printableText(exception.reason(), kLongestReason));
     }
   }
   ~Player() {

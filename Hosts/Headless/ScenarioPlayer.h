@@ -22,11 +22,12 @@ class HeadlessServices {
   std::unique_ptr<CairoDevice> device_;
 };
 
-// Overrides of what the file says.
+// Overrides of what the file says, and what its pictures may be at most.
 struct PlayOptions {
   std::optional<CGSize> size;
   std::optional<double> scale;
   std::optional<std::string> locale;
+  double mostPixels = 1e8;
 };
 
 // Plays every step; files that steps name are written below `folder` and never elsewhere. Times in the transcript start

@@ -1,14 +1,15 @@
 // The command: renders charts to files and plays scenarios.
-#include <CLI/CLI.hpp>
-#include <cstdio>
-#include <iostream>
+#include <exception>
+#include <new>
 
 #include "Foundation/NSException.h"
 #include "Hosts/Headless/ChartPicture.h"
+#include "Hosts/Headless/CommandLine.h"
 #include "Hosts/Headless/OutputFile.h"
 #include "Hosts/Headless/PictureWriter.h"
 #include "Hosts/Headless/PrintableText.h"
 #include "Hosts/Headless/ScenarioPlayer.h"
+#include "Hosts/Headless/StandardStreams.h"
 #include "Hosts/Headless/UnfinishedFile.h"
 
 #ifdef __GLIBC__
@@ -22,11 +23,6 @@ using namespace zelkon;
 constexpr int kBadInput = 1;
 constexpr int kBadUsage = 2;
 
-// Thrown for words of the command line that do not fit together.
-struct UsageError {
-  std::string text;
-};
-
 // One picture follows another of about the same size. Giving the pages of each back to the system, only to have it
 // clear them and hand them out again, takes as long as a third of the drawing.
 void keepFreedMemory() {
@@ -39,114 +35,96 @@ void keepFreedMemory() {
 
 std::string displayName(const std::string& path) { return path == "-" ? "standard input" : path; }
 
-CGSize parseSize(const std::string& text) {
-  double width = 0, height = 0;
-  int used = 0;
-  if (std::sscanf(text.c_str(), "%lfx%lf%n", &width, &height, &used) != 2 || used != static_cast<int>(text.size()) ||
-      !(width > 0 && height > 0 && width <= 32000 && height <= 32000))
-    throw UsageError{"--size: WIDTHxHEIGHT in points is expected, not \"" + text + "\""};
-  return {width, height};
-}
-
 std::string endingOf(const std::string& path) { return path.substr(path.rfind('.') + 1); }
+
+// Does what concerns one file; what goes wrong with it names it.
+template <typename Body>
+auto naming(const std::string& file, Body body) {
+  try {
+    return body(file);
+  } catch (const NSException& exception) {
+    throw ScenarioError(printableName(file) + ": " + printableText(exception.description()));
+  } catch (const std::bad_alloc&) {
+    throw ScenarioError(printableName(file) + ": there is not memory enough for it");
+  }
+}
 
 // Of a chart that is only drawn, what the plug-in logs is worth a word and what its page is told is not.
 void logToStandardError(const std::string& line) {
-  if (const size_t kind = line.find(' ') + 1; line.compare(kind, 4, "log ") == 0)
-    std::cerr << "zelkon-plot: " << line.substr(kind + 4) << '\n';
+  if (const size_t kind = line.find(' ') + 1; line.compare(kind, 4, "log ") == 0) reportLine(line.substr(kind + 4));
 }
 
-void render(const std::vector<std::string>& files, const std::vector<std::string>& outputs,
-            const PlayOptions& options) {
-  if (files.size() != outputs.size())
-    throw UsageError{"render: as many -o as files are expected (" + std::to_string(files.size()) + " files, " +
-                     std::to_string(outputs.size()) + " outputs)"};
-  for (const std::string& output : outputs)
-    if (!pictureFormatOf(output)) throw UsageError{printableName(output) + ": the name must end in .png, .svg or .pdf"};
+Scenario read(const std::string& path, const std::string& name, const CommandLine& line) {
+  return Scenario::parse(readWholeFile(path, line.mostInput), name, line.limits);
+}
+
+void render(const CommandLine& line) {
   HeadlessServices services;
   PictureWriter writer;
-  for (size_t i = 0; i < files.size(); ++i) {
+  for (size_t i = 0; i < line.files.size(); ++i) {
+    const std::string& output = line.outputs[i];
     PictureBytes bytes;
     try {
-      const std::string name = displayName(files[i]);
-      const Scenario scenario = Scenario::parse(readWholeFile(files[i]), name);
-      bytes = drawScenario(scenario, name, options, endingOf(outputs[i]), services, logToStandardError);
+      bytes = naming(displayName(line.files[i]), [&](const std::string& name) {
+        return drawScenario(read(line.files[i], name, line), name, line.options, endingOf(output), services,
+                            logToStandardError);
+      });
     } catch (...) {
       // A picture before this one that cannot be written is the first thing that went wrong.
       writer.finish();
       throw;
     }
     // The last one has no other to be drawn meanwhile.
-    if (i + 1 < files.size()) {
-      writer.write(outputs[i], std::move(bytes));
+    if (i + 1 < line.files.size()) {
+      writer.write(output, std::move(bytes));
     } else {
       writer.finish();
-      writeWholeFile(outputs[i], bytes());
+      writeWholeFile(output, bytes());
     }
   }
 }
 
-void play(const std::string& file, const std::string& folder, const PlayOptions& options) {
-  const std::string name = displayName(file);
-  const Scenario scenario = Scenario::parse(readWholeFile(file), name);
-  HeadlessServices services;
-  playScenario(scenario, name, options, folder, services, [](const std::string& line) { std::cout << line << '\n'; });
+void play(const CommandLine& line) {
+  StandardOutput output;
+  naming(displayName(line.files.front()), [&](const std::string& name) {
+    const Scenario scenario = read(line.files.front(), name, line);
+    HeadlessServices services;
+    playScenario(scenario, name, line.options, line.folder, services,
+                 [&](const std::string& text) { output.write(text + "\n"); });
+  });
+  output.finish();
+}
+
+void carryOut(const CommandLine& line) {
+  switch (line.kind) {
+    case CommandLine::Kind::answer: {
+      StandardOutput output;
+      output.write(line.answer);
+      return output.finish();
+    }
+    case CommandLine::Kind::render:
+      return render(line);
+    case CommandLine::Kind::play:
+      return play(line);
+  }
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+  openStandardStreams();
   keepFreedMemory();
   UnfinishedFile::removeAllOnSignals();
-  CLI::App app{"Draws spending pies and charts of amounts over time."};
-  app.name("zelkon-plot");
-  app.set_version_flag("--version", "zelkon-plot " ZELKON_VERSION);
-  app.require_subcommand(1);
-
-  std::vector<std::string> files, outputs;
-  std::string size, locale, folder;
-  double scale = 0;
-  const auto addCommon = [&](CLI::App* command) {
-    command->add_option("--size", size, "Size in points, WIDTHxHEIGHT, instead of the file's");
-    command->add_option("--scale", scale, "Pixels per point, instead of the file's")->check(CLI::Range(0.05, 16.0));
-    command->add_option("--locale", locale, "Locale of the texts, such as de_DE, instead of the file's");
-  };
-  CLI::App* renderCommand = app.add_subcommand("render", "Writes the finished chart of each file as PNG, SVG or PDF");
-  renderCommand->add_option("files", files, "Charts or scenarios, JSON; - reads standard input")->required();
-  renderCommand->add_option("-o,--output", outputs, "Picture to write, once per file; its ending decides the format")
-      ->required()
-      ->allow_extra_args(false);
-  addCommon(renderCommand);
-  CLI::App* playCommand = app.add_subcommand("play", "Plays a scenario and prints what the page is told");
-  playCommand->add_option("file", files, "Scenario, JSON; - reads standard input")->required()->expected(1);
-  playCommand->add_option("--out", folder, "Folder for the files that steps write");
-  addCommon(playCommand);
-
   try {
-    app.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    if (error.get_exit_code() == 0) return app.exit(error);
-    std::cerr << "zelkon-plot: " << error.what() << '\n';
-    return kBadUsage;
-  }
-
-  try {
-    PlayOptions options;
-    if (!size.empty()) options.size = parseSize(size);
-    if (scale > 0) options.scale = scale;
-    if (!locale.empty()) options.locale = locale;
-    if (renderCommand->parsed())
-      render(files, outputs, options);
-    else
-      play(files.front(), folder, options);
+    carryOut(CommandLine::parse(argc, argv));
   } catch (const UsageError& error) {
-    std::cerr << "zelkon-plot: " << error.text << '\n';
+    reportLine(error.what());
     return kBadUsage;
-  } catch (const NSException& exception) {
-    std::cerr << "zelkon-plot: " << exception.description() << '\n';
+  } catch (const std::bad_alloc&) {
+    reportLine("there is not memory enough");
     return kBadInput;
   } catch (const std::exception& error) {
-    std::cerr << "zelkon-plot: " << error.what() << '\n';
+    reportLine(error.what());
     return kBadInput;
   }
   return 0;
