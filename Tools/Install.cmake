@@ -7,7 +7,7 @@ set(headers ${CMAKE_INSTALL_INCLUDEDIR}/zelkon-plot)
 set(package ${CMAKE_INSTALL_LIBDIR}/cmake/zelkon-plot)
 
 set(rooms "")
-foreach(room foundation coregraphics coretext coreimage quartzcore appkit webkit classes cairo headless)
+foreach(room foundation coregraphics coretext coreimage quartzcore appkit webkit classes common cairo headless)
   set(target zelkon_${room})
   get_target_property(includes ${target} INTERFACE_INCLUDE_DIRECTORIES)
   set(exported "$<INSTALL_INTERFACE:${headers}>")
@@ -22,7 +22,7 @@ install(TARGETS ${rooms} EXPORT zelkon-plot ARCHIVE DESTINATION ${CMAKE_INSTALL_
 install(TARGETS zelkon-plot RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/Platform/ DESTINATION ${headers} FILES_MATCHING PATTERN *.h)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/Classes DESTINATION ${headers} FILES_MATCHING PATTERN *.h)
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/Hosts/Headless DESTINATION ${headers}/Hosts FILES_MATCHING PATTERN *.h)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/Hosts/Common ${PROJECT_SOURCE_DIR}/Hosts/Headless DESTINATION ${headers}/Hosts FILES_MATCHING PATTERN *.h)
 
 install(EXPORT zelkon-plot NAMESPACE zelkon:: FILE zelkon-plotTargets.cmake DESTINATION ${package})
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/zelkon-plotConfig.cmake.in

@@ -36,6 +36,8 @@ class BarPlot : public CashFlowPlot, public CALayerDelegate {
   virtual void doDisplay();
   // Shows them at their full size, once the chart has been displayed.
   virtual void redisplay();
+  // Whether the chart has been displayed.
+  bool isDisplayed() const { return initialDisplay_; }
   // Hides the root layer and lets go of it.
   void doHide();
 
@@ -59,6 +61,8 @@ class BarPlot : public CashFlowPlot, public CALayerDelegate {
   CGRect plotRect() const { return plotRect_; }
   double barWidth() const { return barWidth_; }
   double barMargin() const { return barMargin_; }
+  // What the chart works with, by name.
+  virtual std::vector<std::pair<std::string, Value>> properties() const;
   // Null but for the time of a generation.
   const std::shared_ptr<CGBitmapContext>& renderContext() const { return renderContext_; }
 

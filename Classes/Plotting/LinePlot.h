@@ -23,6 +23,7 @@ class LinePlot : public BarPlot {
 
   // Horizontal distance of neighbouring entries, points.
   double pixelsPerRenderPoint() const { return pixelsPerRenderPoint_; }
+  std::vector<std::pair<std::string, Value>> properties() const override;
 
  private:
   void thinPlotData();

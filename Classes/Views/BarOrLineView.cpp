@@ -14,6 +14,18 @@ namespace {
 constexpr unsigned kTrackingOptions =
     NSTrackingMouseEnteredAndExited | NSTrackingMouseMoved | NSTrackingActiveInKeyWindow | NSTrackingInVisibleRect;
 
+// Set as long as this lives.
+class Flag {
+ public:
+  explicit Flag(bool& flag) : flag_(flag) { flag_ = true; }
+  ~Flag() { flag_ = false; }
+  Flag(const Flag&) = delete;
+  Flag& operator=(const Flag&) = delete;
+
+ private:
+  bool& flag_;
+};
+
 }  // namespace
 
 void BarOrLineView::createLayerHierarchy() {
@@ -70,6 +82,7 @@ void BarOrLineView::_createAndDisplayPlotter() {
   plotter_->setRootLayer(layer());
   plotterOptions_ = plotOptions();
   plotter_->setPlotOptions(plotterOptions_);
+  plotterEntries_ = entries;
   plotter_->setPlotData(entries);
   doDisplay();
 }
@@ -80,6 +93,8 @@ void BarOrLineView::doDisplay() {
 }
 
 void BarOrLineView::animationCreated(CABasicAnimation& animation, const std::string& key) {
+  // What grows on paper is no part of the opening that the page waits for.
+  if (isPrinting_) return;
   animation.setValue(key, "key");
   animation.delegate = animationDelegate();
   registerStartupAnimationKey(key);
@@ -87,7 +102,10 @@ void BarOrLineView::animationCreated(CABasicAnimation& animation, const std::str
 
 void BarOrLineView::renderForPrintingInContext(CGContext& context) {
   CALayerPlotView::renderForPrintingInContext(context);
-  if (plotter_) plotter_->doDisplay();
+  {
+    const Flag printing(isPrinting_);
+    if (plotter_) plotter_->doDisplay();
+  }
   if (!layer()) return;
   for (const CALayerRef& sublayer : layer()->sublayers()) sublayer->renderInContext(context);
 }

@@ -30,6 +30,15 @@ class BarOrLineView : public CALayerPlotView, public AnimationsCreatedProtocol, 
   // Paints the bubble.
   void drawLayer(CALayer& layer, CGContext& context) override;
 
+  bool isDisplayed() const override { return plotter_ && plotter_->isDisplayed(); }
+  bool keepsFirstData() const override { return isDisplayed(); }
+  CGSize minimumLayoutSize() const override;
+  CALayerRef transientLayer() const override { return currentHoverLayer_; }
+  std::vector<ReachableEntry> reachableEntries() const override;
+  size_t numberOfPeriods() const override;
+  ReachableEntry periodAtIndex(size_t index) const override;
+  NamedValues plotterProperties() const override;
+
   // Null until there are data and room for a chart.
   const std::shared_ptr<BarPlot>& plotter() const { return plotter_; }
   const PlotEntryRef& currentHoverEntry() const { return currentHoverEntry_; }
@@ -48,11 +57,14 @@ class BarOrLineView : public CALayerPlotView, public AnimationsCreatedProtocol, 
  private:
   void enclosingContentViewBoundsOrFrameDidChange();
   void showHoverLayer();
+  PlotEntryListRef periods() const;
   static void fitBubbleToText(const CALayerRef& bubble, const std::shared_ptr<CATextLayer>& text);
 
   std::shared_ptr<BarPlot> plotter_;
   // What the plotter was made with and goes on reading, also after the page has set others.
   std::shared_ptr<const ValueDictionary> plotterOptions_;
+  PlotEntryListRef plotterEntries_;  // all of them; a plotter of many keeps fewer
+  bool isPrinting_ = false;
   NSTrackingAreaRef trackingArea_;
   PlotEntryRef currentHoverEntry_;
   CALayerRef currentHoverLayer_;

@@ -71,6 +71,8 @@ void CALayerPlotView::animationDidStop(const CABasicAnimation& animation, bool) 
   if (!function.empty()) callPage(function, {});
 }
 
+ReachableEntry CALayerPlotView::periodAtIndex(size_t) const { return {}; }
+
 void CALayerPlotView::callPage(std::string_view function, const ValueArray& values) {
   const std::shared_ptr<NSView> self = shared_from_this();
   if (const WebScriptObjectRef window = WebWindowObject(arguments_)) window->callWebScriptMethod(function, values);

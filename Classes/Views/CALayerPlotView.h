@@ -11,10 +11,12 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "AppKit/NSView.h"
 #include "Classes/Views/PlotData.h"
+#include "Classes/Views/ReachableEntry.h"
 #include "Foundation/NSException.h"
 #include "QuartzCore/CAAnimation.h"
 #include "WebKit/WebPlugIn.h"
@@ -81,6 +83,25 @@ class CALayerPlotView : public NSView, public WebPlugIn, public CAAnimationDeleg
   // Null until data has been accepted.
   const std::shared_ptr<const PlotData>& plotData() const { return plotData_; }
   virtual void setPlotData(std::shared_ptr<const PlotData> data) { plotData_ = std::move(data); }
+
+  // What a host needs to know of any chart.
+  // Whether the chart is on show: its opening has begun, however far it has come.
+  virtual bool isDisplayed() const { return false; }
+  // Whether the chart stays as it is when the page hands over other options or data.
+  virtual bool keepsFirstData() const { return false; }
+  // The smallest size, in points, in which every chart of this kind has room for its parts.
+  virtual CGSize minimumLayoutSize() const { return {}; }
+  // What shows only for as long as the pointer stays, and belongs on no paper; null for none.
+  virtual CALayerRef transientLayer() const { return nullptr; }
+  // One for each entry that is shown or too small to show, in the order of the data.
+  virtual std::vector<ReachableEntry> reachableEntries() const { return {}; }
+  // The periods that the chart is made of, those included that are too many to be drawn; none for a chart without a
+  // time axis. `index` is below the count; the point stays empty.
+  virtual size_t numberOfPeriods() const { return 0; }
+  virtual ReachableEntry periodAtIndex(size_t index) const;
+  // What the plotter works with, by name, for looking inside a chart; nothing without one.
+  using NamedValues = std::vector<std::pair<std::string, Value>>;
+  virtual NamedValues plotterProperties() const { return {}; }
 
  protected:
   // Runs the body of a script-called operation. An NSException is logged and ends here; whatever the body stored before

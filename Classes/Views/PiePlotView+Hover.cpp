@@ -46,6 +46,24 @@ PiePlotEntryRef PiePlotView::_entryForPoint(CGPoint point) const {
   return nullptr;
 }
 
+std::vector<ReachableEntry> PiePlotView::reachableEntries() const {
+  std::vector<ReachableEntry> reachable;
+  const std::shared_ptr<const PiePlotData> data = piePlotData();
+  if (!data) return reachable;
+  const CGSize size = bounds().size;
+  const CGPoint center{size.width / 2, 17 + (size.height - 17) / 2};
+  const double halfRadius = pieRadius() / 2;
+  double before = 0;
+  reachable.reserve(data->count());
+  for (const PiePlotEntryRef& entry : data->entries()) {
+    const double angle = (before + entry->fraction / 2) * 2 * pi;
+    before += entry->fraction;
+    reachable.push_back({CGPoint{center.x + std::cos(angle) * halfRadius, center.y + std::sin(angle) * halfRadius},
+                         entry->key, entry->value, entry->fraction});
+  }
+  return reachable;
+}
+
 int64_t PiePlotView::indexOfEntry(const PiePlotEntryRef& entry) const {
   const std::shared_ptr<const PiePlotData> data = piePlotData();
   for (size_t i = 0; data && i < data->count(); ++i)

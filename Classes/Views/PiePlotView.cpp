@@ -114,10 +114,14 @@ bool PiePlotView::isSelectorExcludedFromWebScript(const std::string& selector) c
 Value PiePlotView::invokeSelector(const std::string& selector, const ValueArray& values) {
   const std::shared_ptr<NSView> self = shared_from_this();
   if (selector == "hover:entryAtIndex:")
-    hover(scriptNumber(argumentAtIndex(values, 0)) != 0,
-          Value(scriptNumber(argumentAtIndex(values, 1))).integerValue());
+    guardedScriptCall(selector, [&] {
+      hover(scriptNumber(argumentAtIndex(values, 0)) != 0,
+            Value(scriptNumber(argumentAtIndex(values, 1))).integerValue());
+    });
   else if (selector == "sliceColorAtIndex:sliceCount:components:")
-    sliceColorAtIndex(argumentAtIndex(values, 0), argumentAtIndex(values, 1), argumentAtIndex(values, 2));
+    guardedScriptCall(selector, [&] {
+      sliceColorAtIndex(argumentAtIndex(values, 0), argumentAtIndex(values, 1), argumentAtIndex(values, 2));
+    });
   else
     return CALayerPlotView::invokeSelector(selector, values);
   return {};

@@ -60,6 +60,8 @@ class PiePlotView : public CALayerPlotView {
   void renderForPrintingInContext(CGContext& context) override;
   std::string startupAnimationsDidCompleteJSFunction() const override { return "SpendingTrendsHaveDisplayed"; }
   bool initialDisplay() const { return initialDisplay_; }  // not yet shown for the first time
+  bool isDisplayed() const override { return !initialDisplay_; }
+  std::vector<ReachableEntry> reachableEntries() const override;
 
   // Hover and click.
   void mouseDown(const NSEvent& event) override;

@@ -2,8 +2,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include "Classes/Plotting/LinePlot.h"
-#include "Classes/Views/BarOrLineView.h"
 #include "CoreGraphics/DisplayList.h"
 #include "QuartzCore/CATextLayer.h"
 
@@ -141,32 +139,22 @@ Json layerJson(CALayer& layer, double time) {
   return node;
 }
 
-// Null for a view without one.
-Json plotterJson(const CALayerPlotView& view) {
-  const auto* chart = dynamic_cast<const BarOrLineView*>(&view);
-  if (!chart || !chart->plotter()) return nullptr;
-  const BarPlot& plotter = *chart->plotter();
-  Json node = {{"class", plotter.className()},
-               {"plotRect", json(plotter.plotRect())},
-               {"barWidth", plotter.barWidth()},
-               {"barMargin", plotter.barMargin()}};
-  if (const auto* line = dynamic_cast<const LinePlot*>(&plotter))
-    node["pixelsPerRenderPoint"] = line->pixelsPerRenderPoint();
-  node["yTickmarks"] = plotter.yTickmarks();
-  Json rects = Json::array();
-  const PlotEntryListRef& entries = plotter.plotData();
-  for (size_t i = 0; entries && i < entries->count(); ++i)
-    rects.push_back(json(plotter.rectForEntry(entries->entry(i))));
-  node["hitRectangles"] = std::move(rects);
-  return node;
+Json json(const Value& value) {
+  if (value.isString()) return value.string();
+  if (value.isNumber()) return value.doubleValue();
+  Json elements = Json::array();
+  for (const Value& element : value.array()) elements.push_back(json(element));
+  return elements;
 }
 
 }  // namespace
 
-std::string layerDump(CALayerPlotView& view, double time) {
-  Json root = Json::object();
-  root["layers"] = view.layer() ? layerJson(*view.layer(), time) : Json(nullptr);
-  if (Json plotter = plotterJson(view); !plotter.is_null()) root["plotter"] = std::move(plotter);
+std::string layerDump(const CALayerPlotView* view, double time) {
+  Json root = {{"layers", nullptr}};
+  if (view && view->layer()) root["layers"] = layerJson(*view->layer(), time);
+  if (view) {
+    for (const auto& [name, value] : view->plotterProperties()) root["plotter"][name] = json(value);
+  }
   return root.dump(1, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 

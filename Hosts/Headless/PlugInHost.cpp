@@ -3,9 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "AppKit/NSGraphicsContext.h"
-#include "Classes/Views/PlotView.h"
-#include "Foundation/NSRunLoop.h"
+#include "Hosts/Common/Turn.h"
 #include "QuartzCore/CATransaction.h"
 #include "WebKit/MemoryScriptObject.h"
 
@@ -13,171 +11,79 @@ namespace zelkon {
 namespace {
 
 constexpr double kFramesPerSecond = 60;
-constexpr const char* kPie = "pie";
-
-// Everything stops where it ends: the delegates hear of it at the next delivery.
-void endAnimations(const CALayerRef& layer) {
-  if (!layer) return;
-  layer->removeAllAnimations();
-  for (const CALayerRef& sublayer : layer->sublayers()) endAnimations(sublayer);
-}
 
 }  // namespace
 
-// The page's window object.
-class PlugInHost::Page : public WebScriptObject {
- public:
-  explicit Page(Transcript& transcript) : transcript_(transcript) {}
-  Value webScriptValueAtIndex(size_t) override { return Value::undefined(); }
-  Value valueForKey(std::string_view) override { return {}; }
-  void setValue(const Value&, std::string_view) override {}
-  Value callWebScriptMethod(std::string_view name, const ValueArray& arguments) override {
-    if (!muted) transcript_.page(name, arguments);
-    return {};
-  }
-  bool muted = false;
-
- private:
-  Transcript& transcript_;
-};
-
-PlugInHost::PlugInHost(std::string plot, CGSize size, bool scrolls, Transcript& transcript)
-    : plot_(std::move(plot)), size_(size), scrolls_(scrolls), page_(std::make_shared<Page>(transcript)) {
-  makeView();
-}
-
-PlugInHost::~PlugInHost() {
-  page_->muted = true;
-  if (!destroyed_) takeViewDown();
-}
-
-void PlugInHost::makeView() {
-  const ValueDictionary arguments{
-      {WebPlugInAttributesKey, ValueDictionary{{"plot", plot_}}},
-      {WebPlugInContainerKey, std::make_shared<WebPlugInContainer>(std::make_shared<WebFrame>(page_))}};
-  view_ = PlotView::plugInViewWithArguments(arguments);
-  window_ = std::make_unique<NSWindow>(size_);
-  const CGRect frame{{0, 0}, size_};
-  if (scrolls_) {
-    scrollView_ = std::make_shared<NSScrollView>(frame);
-    scrollView_->setContentView(std::make_shared<NSClipView>(frame));
-    window_->contentView()->addSubview(scrollView_);
-    scrollView_->contentView()->addSubview(view_);
-  } else {
-    window_->contentView()->addSubview(view_);
-  }
-  view_->setFrame(frame);
-  view_->webPlugInStart();
-}
-
-void PlugInHost::takeViewDown() {
-  view_->webPlugInStop();
-  view_->webPlugInDestroy();
-  view_->removeFromSuperview();
-  CATransaction::flush();
+PlugInHost::PlugInHost(std::string plot, CGSize size, ChartLayout layout, Transcript& transcript) : size_(size) {
+  chart_.emplace(std::move(plot), size, layout, [&transcript](std::string_view name, const ValueArray& arguments) {
+    transcript.page(name, arguments);
+  });
 }
 
 Value PlugInHost::call(const std::string& name, const ValueArray& arguments) {
-  if (destroyed_) return {};
+  if (!chart_) return {};
   ValueArray passed;
   std::shared_ptr<MemoryScriptObject> written;
   for (const Value& argument : arguments) {
-    const Value value = MemoryScriptObject::valueFromPage(argument);
-    if (argument.isDictionary()) written = value.object<MemoryScriptObject>();
-    passed.push_back(value);
+    passed.push_back(MemoryScriptObject::valueFromPage(argument));
+    if (argument.isDictionary()) written = passed.back().object<MemoryScriptObject>();
   }
-  const std::shared_ptr<CALayerPlotView> view = view_;
-  const auto options = view->plotOptions();
-  const auto data = view->plotData();
-  // The over-time chart keeps what it was first shown with; the pie shows what it was given last.
-  const bool keepsFirst = plot_ != kPie && data && view->layer();
-  const std::optional<Value> result = WebScriptInvoke(*view->objectForWebScript(), name, passed);
-  // A call that has raised leaves what was there before.
-  if (!keepsFirst && view->plotOptions() != options) options_ = arguments;
-  if (!keepsFirst && view->plotData() != data) data_ = arguments;
+  const std::optional<Value> result = chart_->call(name, std::move(passed)).result;
   if (written) return written->changedProperties();
-  return result ? *result : Value();
-}
-
-CGPoint PlugInHost::windowPoint(CGPoint at) const {
-  CGPoint point{at.x, size_.height - at.y};
-  if (scrollView_) {
-    const CGPoint origin = scrollView_->contentView()->bounds().origin;
-    point = {point.x - origin.x, point.y - origin.y};
-  }
-  return point;
+  return result.value_or(Value());
 }
 
 void PlugInHost::mouseMoved(CGPoint at) {
-  if (destroyed_) return;
-  pointer_ = at;
-  window_->sendMouseMoved(windowPoint(at));
+  if (chart_) chart_->mouseMoved(at);
 }
 
 void PlugInHost::mouseDown(CGPoint at) {
-  if (destroyed_) return;
-  window_->sendMouseDown(windowPoint(at));
+  if (chart_) chart_->mouseDown(at);
 }
 
 void PlugInHost::mouseExited() {
-  if (destroyed_) return;
-  pointer_.reset();
-  window_->sendMouseExited();
+  if (chart_) chart_->mouseExited();
 }
 
 void PlugInHost::setFrame(CGSize size) {
-  if (destroyed_) return;
+  if (!chart_) return;
   size_ = size;
-  window_->setContentSize(size);
-  view_->setFrame({{0, 0}, size});
+  chart_->setFrame(size);
+  showScrolledPart();
 }
 
 void PlugInHost::resize(CGSize size) {
-  if (destroyed_) return;
+  if (!chart_) return;
   settle();
-  const bool owesCall = view_->numberOfPendingAnimations() > 0;
-  page_->muted = true;
-  takeViewDown();
   size_ = size;
-  compositor_.purge();
-  makeView();
-  const auto options = options_, data = data_;
-  if (options) call("SetPlotOptions", *options);
-  if (data) call("SetPlotData", *data);
+  chart_->setSize(size);
+  showScrolledPart();
   settle();
-  if (pointer_) mouseMoved(*pointer_);
-  endAnimations(view_->layer());
-  CATransaction::flush();
-  page_->muted = !owesCall;
-  CATransaction::deliverEndedAnimations();
-  page_->muted = false;
 }
 
 void PlugInHost::scroll(CGPoint offset) {
-  if (destroyed_ || !scrollView_) return;
-  scrollView_->contentView()->scrollToPoint({offset.x, -offset.y});
+  offset_ = offset;
+  if (chart_) showScrolledPart();
+}
+
+void PlugInHost::showScrolledPart() {
+  const CGRect visible = CGRectIntersection({{0, 0}, size_}, {offset_, size_});
+  chart_->setVisibleRect(CGRectIsNull(visible) ? CGRect{} : visible);
 }
 
 void PlugInHost::stop() {
-  if (destroyed_) return;
-  view_->webPlugInStop();
+  if (chart_) chart_->stop();
 }
 
-void PlugInHost::destroy() {
-  if (destroyed_) return;
-  destroyed_ = true;
-  view_->webPlugInDestroy();
-  view_->removeFromSuperview();
-  CATransaction::flush();
-}
+void PlugInHost::destroy() { chart_.reset(); }
 
 void PlugInHost::settle() { frame(CACurrentMediaTime()); }
 
 void PlugInHost::frame(double time) {
-  NSRunLoop::mainRunLoop().runDue(CACurrentMediaTime());
-  CATransaction::flush();
-  CASetCurrentMediaTime(time);
-  CATransaction::deliverEndedAnimations();
+  std::vector<HostedChart*> charts;
+  if (chart_) charts.push_back(&*chart_);
+  beginTurn(charts, time, false);
+  endTurn(charts);
 }
 
 void PlugInHost::wait(double seconds) {
@@ -197,33 +103,18 @@ void PlugInHost::waitForAnimations(double limit) {
 }
 
 void PlugInHost::compose(CGContext& context, double scale) {
-  const CALayerRef layer = view_->layer();
-  if (destroyed_ || !layer || view_->isHidden()) return;
+  if (!chart_) return;
   context.saveGState();
-  if (scrollView_) {
-    const CGPoint origin = scrollView_->contentView()->bounds().origin;
+  if (offset_ != CGPoint{}) {
     context.clipToRect({{0, 0}, size_});
-    context.translateCTM(-origin.x, -origin.y);
+    context.translateCTM(-offset_.x, offset_.y);
   }
-  compositor_.compose(layer, context, scale, CACurrentMediaTime());
+  chart_->compose(context, scale, CACurrentMediaTime());
   context.restoreGState();
 }
 
 void PlugInHost::print(CGContext& context) {
-  if (destroyed_) return;
-  // A bubble left open would be drawn twice, once in the chart's coordinates and once in its own.
-  if (plot_ != kPie) mouseExited();
-  NSGraphicsContext::saveGraphicsState();
-  NSGraphicsContext::setCurrentContext(NSGraphicsContext::graphicsContextWithGraphicsPort(&context, false));
-  context.saveGState();
-  view_->drawRect(view_->bounds());
-  context.restoreGState();
-  NSGraphicsContext::restoreGraphicsState();
-  // Printing leaves the bars of the paper on the screen, over its own; a fresh view takes them off.
-  if (plot_ != kPie)
-    resize(size_);
-  else
-    CATransaction::flush();
+  if (chart_) chart_->print(context);
 }
 
 }  // namespace zelkon

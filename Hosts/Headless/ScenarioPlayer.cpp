@@ -1,12 +1,10 @@
 #include "Hosts/Headless/ScenarioPlayer.h"
 
-#include <algorithm>
-
 #include "AppKit/NSBundle.h"
 #include "Backends/Cairo/CairoDevice.h"
 #include "Backends/Cairo/IcuLocaleServices.h"
-#include "Foundation/NSException.h"
 #include "Foundation/NSLog.h"
+#include "Hosts/Common/LoggedExceptions.h"
 #include "Hosts/Headless/ChartPicture.h"
 #include "Hosts/Headless/LayerDump.h"
 #include "Hosts/Headless/OutputFile.h"
@@ -44,8 +42,8 @@ std::string placeOfFile(const std::string& name, size_t index, const ScenarioSte
 // its end.
 class Player {
  public:
-  Player(const Scenario& scenario, const std::string& name, const PlayOptions& options, HeadlessServices& services,
-         const Transcript::Sink& sink)
+  Player(const Scenario& scenario, const std::string& name, const PlayOptions& options, ChartLayout layout,
+         HeadlessServices& services, const Transcript::Sink& sink)
       : scenario_(scenario),
         name_(printableName(name)),
         services_(services),
@@ -55,7 +53,7 @@ class Player {
     locale_ = LocaleServices::install(std::make_shared<IcuLocaleServices>(options.locale.value_or(scenario.locale)));
     log_ = NSSetLogSink([this](std::string_view line) { transcript_.log(line); });
     try {
-      host_.emplace(scenario.plot, options.size.value_or(scenario.size), scrolls(scenario), transcript_);
+      host_.emplace(scenario.plot, options.size.value_or(scenario.size), layout, transcript_);
     } catch (const NSException& exception) {
       restore();
       throw ScenarioError(name_ + ": /plot: " + printableText(exception.reason(), kLongestReason));
@@ -79,15 +77,15 @@ class Player {
   // Without a folder for the files that steps write; there must be no such steps.
   void play() {
     if (!scenario_.steps) {
-      if (scenario_.options) guarded([&] { host_->call("SetPlotOptions", {*scenario_.options}); });
-      if (scenario_.data) guarded([&] { host_->call("SetPlotData", {*scenario_.data}); });
-      guarded([&] { host_->waitForAnimations(kLongestOpening); });
+      if (scenario_.options) logExceptions([&] { host_->call("SetPlotOptions", {*scenario_.options}); });
+      if (scenario_.data) logExceptions([&] { host_->call("SetPlotData", {*scenario_.data}); });
+      logExceptions([&] { host_->waitForAnimations(kLongestOpening); });
       return;
     }
     for (size_t i = 0; i < scenario_.steps->size(); ++i) {
       const ScenarioStep& step = (*scenario_.steps)[i];
       try {
-        guarded([&] { std::visit([this](const auto& s) { carryOut(s); }, step); });
+        logExceptions([&] { std::visit([this](const auto& s) { carryOut(s); }, step); });
       } catch (const FileError& error) {
         throw FileError(placeOfFile(name_, i, step) + ": " + error.what());
       }
@@ -95,23 +93,9 @@ class Player {
   }
 
  private:
-  static bool scrolls(const Scenario& scenario) {
-    return scenario.steps && std::any_of(scenario.steps->begin(), scenario.steps->end(), [](const ScenarioStep& step) {
-             return std::holds_alternative<ScrollStep>(step);
-           });
-  }
   void restore() {
     NSSetLogSink(std::move(log_));
     LocaleServices::install(std::move(locale_));
-  }
-  // What a step raises, a call or a change of the frame, is told to the page, which goes on.
-  template <typename Step>
-  void guarded(Step step) {
-    try {
-      step();
-    } catch (const NSException& exception) {
-      transcript_.log(exception.description());
-    }
   }
   void carryOut(const CallStep& step) {
     const Value result = host_->call(step.name, step.arguments);
@@ -135,7 +119,7 @@ class Player {
   }
   void carryOut(const LayersStep& step) {
     host_->settle();
-    folder_->write(step.file, layerDump(*host_->view(), CACurrentMediaTime()));
+    folder_->write(step.file, layerDump(host_->view().get(), CACurrentMediaTime()));
   }
   void carryOut(const PrintStep& step) {
     host_->settle();
@@ -175,7 +159,7 @@ HeadlessServices::~HeadlessServices() {
 
 void playScenario(const Scenario& scenario, const std::string& name, const PlayOptions& options,
                   const std::string& folder, HeadlessServices& services, const Transcript::Sink& sink) {
-  Player(scenario, name, options, services, sink).play(folder);
+  Player(scenario, name, options, ChartLayout::literal, services, sink).play(folder);
 }
 
 PictureBytes drawScenario(const Scenario& scenario, const std::string& name, const PlayOptions& options,
@@ -186,7 +170,7 @@ PictureBytes drawScenario(const Scenario& scenario, const std::string& name, con
     if (std::visit(FileKey(), (*scenario.steps)[i]))
       throw ScenarioError(placeOfFile(printableName(name), i, (*scenario.steps)[i]) +
                           ": a scenario that is rendered writes no files; it can be played");
-  Player player(scenario, name, options, services, sink);
+  Player player(scenario, name, options, ChartLayout::readable, services, sink);
   player.play();
   if (*kind == PictureFormat::png) return drawnScreen(player.host(), services.device(), player.scale());
   return [bytes = printedPicture(player.host(), services.device(), player.scale(), *kind)] { return bytes; };

@@ -4,18 +4,26 @@
 #include "Hosts/Web/PageScript.h"
 #include "Hosts/Web/WebHost.h"
 
+using zelkon::HostedChart;
 using zelkon::WebHost;
 using zelkon::WebPlot;
 
 namespace {
 
-// Enters the host for one chart; nothing happens for a chart that is not there.
+constexpr int keptOptions = 1, keptData = 2;
+
+// Enters the host for one plot; nothing happens for one that is not there.
 template <typename Body>
 void withPlot(int id, Body body) {
   WebHost& host = WebHost::shared();
   host.enter([&] {
     if (WebPlot* plot = host.plot(id)) body(*plot);
   });
+}
+
+template <typename Body>
+void withChart(int id, Body body) {
+  withPlot(id, [&](WebPlot& plot) { body(plot.chart()); });
 }
 
 }  // namespace
@@ -33,11 +41,11 @@ EMSCRIPTEN_KEEPALIVE int zelkon_create(int id, const char* plot, size_t plotLeng
 EMSCRIPTEN_KEEPALIVE void zelkon_destroy(int id) { WebHost::shared().destroy(id); }
 
 EMSCRIPTEN_KEEPALIVE void zelkon_set_size(int id, double width, double height) {
-  withPlot(id, [&](WebPlot& plot) { plot.setSize({width, height}); });
+  withChart(id, [&](HostedChart& chart) { chart.setSize({width, height}); });
 }
 
 EMSCRIPTEN_KEEPALIVE void zelkon_set_visible_rect(int id, double x, double y, double width, double height) {
-  withPlot(id, [&](WebPlot& plot) { plot.setVisibleRect({{x, y}, {width, height}}); });
+  withChart(id, [&](HostedChart& chart) { chart.setVisibleRect({{x, y}, {width, height}}); });
 }
 
 EMSCRIPTEN_KEEPALIVE void zelkon_set_screen_scale(double scale) {
@@ -47,15 +55,15 @@ EMSCRIPTEN_KEEPALIVE void zelkon_set_screen_scale(double scale) {
 EMSCRIPTEN_KEEPALIVE void zelkon_set_reduces_motion(int reduces) { WebHost::shared().setReducesMotion(reduces != 0); }
 
 EMSCRIPTEN_KEEPALIVE void zelkon_mouse_moved(int id, double x, double y) {
-  withPlot(id, [&](WebPlot& plot) { plot.mouseMoved({x, y}); });
+  withChart(id, [&](HostedChart& chart) { chart.mouseMoved({x, y}); });
 }
 
 EMSCRIPTEN_KEEPALIVE void zelkon_mouse_down(int id, double x, double y) {
-  withPlot(id, [&](WebPlot& plot) { plot.mouseDown({x, y}); });
+  withChart(id, [&](HostedChart& chart) { chart.mouseDown({x, y}); });
 }
 
 EMSCRIPTEN_KEEPALIVE void zelkon_mouse_exited(int id) {
-  withPlot(id, [&](WebPlot& plot) { plot.mouseExited(); });
+  withChart(id, [&](HostedChart& chart) { chart.mouseExited(); });
 }
 
 // What the keyboard does with a chart.
@@ -68,7 +76,7 @@ EMSCRIPTEN_KEEPALIVE void zelkon_key_end(int id, int last) {
 }
 
 EMSCRIPTEN_KEEPALIVE void zelkon_key_press(int id) {
-  withPlot(id, [&](WebPlot& plot) { plot.press(); });
+  withChart(id, [&](HostedChart& chart) { chart.press(); });
 }
 
 // How many periods the chart shows. Hands those from `first` on, `count` at most, to the page's side.
@@ -78,10 +86,15 @@ EMSCRIPTEN_KEEPALIVE size_t zelkon_read_periods(int id, size_t first, size_t cou
   return all;
 }
 
-// The block is read before anything of the chart runs.
-EMSCRIPTEN_KEEPALIVE void zelkon_call(int id, const char* name, size_t nameLength, const uint8_t* block, size_t size) {
-  withPlot(id,
-           [&](WebPlot& plot) { plot.call(std::string(name, nameLength), zelkon::ReadScriptArguments(block, size)); });
+// The block is read before anything of the chart runs. What a fresh view will be given of it: 1 for options, 2 for
+// data.
+EMSCRIPTEN_KEEPALIVE int zelkon_call(int id, const char* name, size_t nameLength, const uint8_t* block, size_t size) {
+  int kept = 0;
+  withChart(id, [&](HostedChart& chart) {
+    const auto outcome = chart.call(std::string(name, nameLength), zelkon::ReadScriptArguments(block, size));
+    kept = (outcome.keptOptions ? keptOptions : 0) + (outcome.keptData ? keptData : 0);
+  });
+  return kept;
 }
 
 EMSCRIPTEN_KEEPALIVE void zelkon_begin_turn(double now) {

@@ -19,10 +19,6 @@ enum Tag : uint8_t { undefined, null, no, yes, number, string, array, record, op
 // The properties that a record was read for, in the order of reading, as flatten.ts has them.
 constexpr std::array<std::string_view, 2> keys = {"key", "value"};
 
-bool isDisplayAnnouncement(std::string_view name) {
-  return name == "GraphHasDisplayed" || name == "SpendingTrendsHaveDisplayed";
-}
-
 // An object of the page of which only what is set on it matters.
 class OpaqueScriptObject : public WebScriptObject {
  public:
@@ -188,18 +184,6 @@ class BlockReader {
 };
 
 }  // namespace
-
-Value PageWindow::callWebScriptMethod(std::string_view name, const ValueArray& arguments) {
-  if (isDisplayAnnouncement(name)) {
-    if (silent_ && announced_) return {};
-    announced_ = true;
-  } else if (silent_) {
-    return {};
-  }
-  std::string text = PageJSON(Value(arguments));
-  zelkon_page_call(plot_, name.data(), name.size(), text.data(), text.size());
-  return {};
-}
 
 ValueArray ReadScriptArguments(const uint8_t* block, size_t size) {
   BlockReader reader(block, size);

@@ -4,6 +4,7 @@
 #include "Backends/Canvas/IntlLocaleServices.h"
 #include "Foundation/NSLog.h"
 #include "Foundation/NSRunLoop.h"
+#include "Hosts/Common/Turn.h"
 #include "Hosts/Web/PageImports.h"
 #include "QuartzCore/CATransaction.h"
 
@@ -34,8 +35,12 @@ WebHost::WebHost() {
 bool WebHost::create(int id, std::optional<std::string> plot, int canvas, CGSize size) {
   bool made = false;
   enter([&] {
-    plots_[id] = std::make_unique<WebPlot>(id, std::move(plot), canvas, size, device_);
-    made = true;
+    try {
+      plots_[id] = std::make_unique<WebPlot>(id, std::move(plot), canvas, size, layout_, device_);
+      made = true;
+    } catch (const NSException& exception) {
+      report(exception);
+    }
   });
   if (!made) plots_.erase(id);
   return made;
@@ -55,29 +60,27 @@ WebPlot* WebHost::plot(int id) {
 void WebHost::setScreenScale(double scale) {
   if (scale == device_.screenScale()) return;
   device_.setScreenScale(scale);
-  for (const auto& [id, plot] : plots_) plot->setNeedsFreshView();
+  for (const auto& [id, plot] : plots_) plot->chart().setNeedsFreshView();
 }
 
-void WebHost::beginTurn(double now) {
-  NSRunLoop::mainRunLoop().runDue(now);
+std::vector<HostedChart*> WebHost::charts() const {
+  std::vector<HostedChart*> charts;
   for (const auto& [id, plot] : plots_) {
-    if (destroyed_.count(id) == 0) plot->refreshIfNeeded();
+    if (destroyed_.count(id) == 0) charts.push_back(&plot->chart());
   }
-  CATransaction::flush();
-  if (reducesMotion_) {
-    for (const auto& [id, plot] : plots_) plot->finishAnimations();
-  }
-  CASetCurrentMediaTime(now);
+  return charts;
 }
+
+void WebHost::beginTurn(double now) { zelkon::beginTurn(charts(), now, reducesMotion_); }
 
 void WebHost::compose(int id) {
   if (WebPlot* found = plot(id)) found->compose(CACurrentMediaTime());
 }
 
 bool WebHost::endTurn() {
-  CATransaction::deliverEndedAnimations();
+  zelkon::endTurn(charts());
   bool due = NSRunLoop::mainRunLoop().nextDue().has_value();
-  for (const auto& [id, plot] : plots_) due |= destroyed_.count(id) == 0 && plot->needsFrame(CACurrentMediaTime());
+  for (HostedChart* chart : charts()) due |= chart->needsFrame(CACurrentMediaTime());
   return due;
 }
 

@@ -4,7 +4,9 @@
 #include <map>
 #include <memory>
 #include <set>
+#include <vector>
 
+#include "Hosts/Common/LoggedExceptions.h"
 #include "Hosts/Web/WebPlot.h"
 
 namespace zelkon {
@@ -21,6 +23,8 @@ class WebHost {
   WebPlot* plot(int id);
   void setScreenScale(double scale);
   void setReducesMotion(bool reduces) { reducesMotion_ = reduces; }
+  // How charts made from now on are laid out; readable unless set.
+  void setLayout(ChartLayout layout) { layout_ = layout; }
 
   // A turn is begun, every chart composed, and the turn ended. `now`: seconds on the media clock.
   void beginTurn(double now);
@@ -33,7 +37,7 @@ class WebHost {
   void enter(Body body) {
     ++depth_;
     try {
-      body();
+      logExceptions(body);
     } catch (const std::exception& exception) {
       report(exception);
     }
@@ -44,12 +48,14 @@ class WebHost {
   WebHost();
   static void report(const std::exception& exception);
   void dropDestroyed();
+  std::vector<HostedChart*> charts() const;
 
   CanvasDevice device_;
   std::map<int, std::unique_ptr<WebPlot>> plots_;
   std::set<int> destroyed_;
   int depth_ = 0;
   bool reducesMotion_ = false;
+  ChartLayout layout_ = ChartLayout::readable;
 };
 
 }  // namespace zelkon

@@ -127,12 +127,12 @@ export class Instance {
   }
 
   // Carries a page's call out and then sets on the page's objects what the chart has set; setters of the page may throw.
-  // False when the instance has failed.
+  // Whether a fresh view of the chart would be given the same arguments again.
   call(id: number, name: string, { block, objects, table }: FlatArguments): boolean {
     const outer = this.assignments;
     const assignments: typeof outer = (this.assignments = []);
     if (table) this.tables.set(table.number, { table, holders: (this.tables.get(table.number)?.holders ?? 0) + 1 });
-    this.enter((module) =>
+    const kept = this.enter((module) =>
       this.withBytes(encoder.encode(name), (nameAt, nameLength) =>
         this.withBytes(block, (at, length) => module.zelkon_call(id, nameAt, nameLength, at, length)),
       ),
@@ -140,7 +140,7 @@ export class Instance {
     this.assignments = outer;
     if (table) this.releaseTable(table.number);
     for (const { object, key, value } of assignments) (objects[object] as Record<string, unknown>)[key] = value;
-    return !this.failed;
+    return !this.failed && !!kept;
   }
 
   beginTurn(now: number): void {

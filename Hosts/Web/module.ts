@@ -18,7 +18,7 @@ export interface ZelkonModule {
   zelkon_key_end(id: number, last: number): void;
   zelkon_key_press(id: number): void;
   zelkon_read_periods(id: number, first: number, count: number): number;
-  zelkon_call(id: number, name: number, nameLength: number, block: number, size: number): void;
+  zelkon_call(id: number, name: number, nameLength: number, block: number, size: number): number;
   zelkon_begin_turn(now: number): void;
   zelkon_compose(id: number): void;
   zelkon_end_turn(): number;

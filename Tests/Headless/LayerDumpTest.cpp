@@ -21,11 +21,11 @@ class LayerDump : public testing::Test {
     return entries;
   }
   Json dumpOf(CGSize size, const std::vector<const char*>& texts) {
-    PlugInHost host("spendingOverTimeBarOrLine", size, false, transcript_);
+    PlugInHost host("spendingOverTimeBarOrLine", size, ChartLayout::literal, transcript_);
     host.call("SetPlotOptions", {Value(ValueArray{ValueDictionary{{"key", "DisplayYLabels"}, {"value", false}}})});
     host.call("SetPlotData", {amounts(texts)});
     host.waitForAnimations(5);
-    return Json::parse(layerDump(*host.view(), CACurrentMediaTime()));
+    return Json::parse(layerDump(host.view().get(), CACurrentMediaTime()));
   }
   HeadlessServices services_;
   Transcript transcript_{[](const std::string&) {}};
@@ -51,8 +51,8 @@ TEST_F(LayerDump, ALineComesWithItsSpacing) {
 }
 
 TEST_F(LayerDump, APieHasNoPlotter) {
-  PlugInHost host("pie", {300, 200}, false, transcript_);
-  EXPECT_FALSE(Json::parse(layerDump(*host.view(), 0)).contains("plotter"));
+  PlugInHost host("pie", {300, 200}, ChartLayout::literal, transcript_);
+  EXPECT_FALSE(Json::parse(layerDump(host.view().get(), 0)).contains("plotter"));
 }
 
 }  // namespace

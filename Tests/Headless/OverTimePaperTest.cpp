@@ -54,14 +54,14 @@ TEST_P(OverTimePaper, IsTheSameDuringTheOpeningAfterItAndUnderThePointer) {
       play(R"({"wait": 0.05}, {"print": "opening.svg"}, {"wait": 2}, {"layers": "before"}, {"print": "rest.svg"},
               {"layers": "after"}, )" +
            hover + R"(, {"wait": 0.4}, {"layers": "hovered"}, {"print": "hovered.svg"}, {"wait": 0.4},
-              {"layers": "unhovered"})");
+              {"layers": "still-hovered"})");
   EXPECT_NE(file("hovered").find("$tip 0"), std::string::npos);
   EXPECT_EQ(file("rest.svg"), file("opening.svg"));
   EXPECT_EQ(file("rest.svg"), file("hovered.svg"));
   EXPECT_EQ(file("rest.svg").find("$tip"), std::string::npos);
   EXPECT_NE(file("rest.svg").find("<path"), std::string::npos);
   EXPECT_EQ(file("after"), file("before"));
-  EXPECT_EQ(file("unhovered"), file("before"));
+  EXPECT_EQ(file("still-hovered"), file("hovered"));
   ASSERT_EQ(lines.size(), 1u);
   EXPECT_NE(lines[0].find("page GraphHasDisplayed()"), std::string::npos);
 }

@@ -26,18 +26,22 @@ std::string lastDump;
 
 extern "C" {
 
+// The charts of a scenario are exactly as large as it says.
+EMSCRIPTEN_KEEPALIVE void zelkon_scenario_literal() { WebHost::shared().setLayout(zelkon::ChartLayout::literal); }
+
 EMSCRIPTEN_KEEPALIVE void zelkon_scenario_frame(int id, double width, double height) {
-  withPlot(id, [&](WebPlot& plot) { plot.setFrame({width, height}); });
+  withPlot(id, [&](WebPlot& plot) { plot.chart().setFrame({width, height}); });
 }
 
 EMSCRIPTEN_KEEPALIVE void zelkon_scenario_stop(int id) {
-  withPlot(id, [](WebPlot& plot) { plot.view()->webPlugInStop(); });
+  withPlot(id, [](WebPlot& plot) { plot.chart().stop(); });
 }
 
 // The bytes of the layer tree's JSON; zelkon_scenario_layers_size tells how many. Valid until the next call.
 EMSCRIPTEN_KEEPALIVE const char* zelkon_scenario_layers(int id) {
-  lastDump.clear();
-  withPlot(id, [](WebPlot& plot) { lastDump = layerDump(*plot.view(), zelkon::CACurrentMediaTime()); });
+  const double now = zelkon::CACurrentMediaTime();
+  lastDump = zelkon::layerDump(nullptr, now);
+  withPlot(id, [&](WebPlot& plot) { lastDump = zelkon::layerDump(plot.chart().view().get(), now); });
   return lastDump.data();
 }
 

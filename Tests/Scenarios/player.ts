@@ -12,6 +12,7 @@ interface Step {
   at?: [number, number];
   layers?: string;
   snapshot?: string;
+  print?: string;
   frame?: [number, number];
   resize?: [number, number];
   scroll?: [number, number];
@@ -25,6 +26,7 @@ interface Scenario {
 }
 
 interface ScenarioModule {
+  zelkon_scenario_literal(): void;
   zelkon_scenario_frame(id: number, width: number, height: number): void;
   zelkon_scenario_stop(id: number): void;
   zelkon_scenario_layers(id: number): number;
@@ -59,10 +61,12 @@ export async function play(scenario: Scenario, scale = 1): Promise<Played> {
     instanceFailed: (error) => note('failed', String(error)),
   });
   const { module, heap } = instance as unknown as { module: ScenarioModule; heap: Heap };
+  module.zelkon_scenario_literal();
   instance.setScreenScale(scale);
   const screen = document.createElement('canvas');
   const id = instance.create(scenario.plot, instance.canvas.bindScreen(screen), ...scenario.size);
   let size = scenario.size;
+  let offset: [number, number] = [0, 0];
 
   const turn = (time: number) => {
     instance.beginTurn(time);
@@ -77,6 +81,13 @@ export async function play(scenario: Scenario, scale = 1): Promise<Played> {
     else instance.call(id, name, flattenValues(values));
     const written = values.find((value) => value && typeof value === 'object' && !Array.isArray(value));
     if (written) note('result', `${name} ${text(written)}`);
+  };
+  // What the page's scroller leaves visible of the chart.
+  const showScrolledPart = () => {
+    const [left, top] = offset.map((each) => Math.max(0, each));
+    const [right, bottom] = offset.map((each, side) => Math.min(size[side], each + size[side]));
+    const isInSight = right > left && bottom > top;
+    instance.setVisibleRect(id, ...(isInSight ? ([left, top, right - left, bottom - top] as const) : ([0, 0, 0, 0] as const)));
   };
   const dump = () => {
     const at = module.zelkon_scenario_layers(id);
@@ -94,6 +105,12 @@ export async function play(scenario: Scenario, scale = 1): Promise<Played> {
     if (step.mouse === 'exited') instance.mouseExited(id);
     else if (step.mouse === 'down') instance.mouseDown(id, ...step.at!);
     else if (step.mouse) instance.mouseMoved(id, ...step.at!);
+    if (step.print) {
+      turn(now);
+      const paper = instance.canvas.bindScreen(document.createElement('canvas'));
+      instance.print(id, paper, scale);
+      instance.canvas.unbindScreen(paper);
+    }
     if (step.layers) {
       turn(now);
       layers[step.layers] = dump();
@@ -105,16 +122,18 @@ export async function play(scenario: Scenario, scale = 1): Promise<Played> {
     if (step.frame) {
       size = step.frame;
       module.zelkon_scenario_frame(id, ...size);
+      showScrolledPart();
     }
     if (step.resize) {
       turn(now);
       size = step.resize;
       instance.setSize(id, ...size);
+      showScrolledPart();
       turn(now);
     }
     if (step.scroll) {
-      const [x, y] = step.scroll;
-      instance.setVisibleRect(id, x, y, Math.max(0, size[0] - x), Math.max(0, size[1] - y));
+      offset = step.scroll;
+      showScrolledPart();
     }
     if (step.lifecycle === 'stop') module.zelkon_scenario_stop(id);
     if (step.lifecycle === 'destroy') instance.destroy(id);
