@@ -115,8 +115,8 @@ export class Columns {
         const [longNames, mediumNames, shortNames, subtitles, labels, amounts] = parts;
         const end = (row | rowMask) + 1;
         for (; row < end; ++row) {
-          if (row === mostElements) throw new RangeError(`The array has more than ${mostElements} elements.`);
           const element = elements[row] as Record<string, unknown> | null | undefined;
+          if (row === mostElements && element !== undefined && element !== null) throw new RangeError(`The array has more than ${mostElements} elements.`);
           if ((typeof element !== 'object' && typeof element !== 'function') || element === null) {
             if (element !== undefined) this.last = { value: element };
             return;

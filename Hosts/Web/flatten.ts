@@ -19,7 +19,7 @@ const enum Tag {
 // The properties that a record is read for; PageScript.cpp has the same.
 const keys = ['key', 'value'];
 
-// An array that never ends is given up here.
+// An array that has more, or never ends, is given up; natively the same number is the limit as long as no other is given.
 const mostElements = 1 << 20;
 
 export interface FlatArguments {
@@ -81,8 +81,9 @@ class Block {
     for (let index = 0; ; ++index) {
       let element: unknown;
       try {
-        if (index === mostElements) throw new RangeError(`The array has more than ${mostElements} elements.`);
         element = elements[index];
+        const isEnd = element === undefined || (element === null && endsAtNull);
+        if (index === mostElements && !isEnd) throw new RangeError(`The array has more than ${mostElements} elements.`);
       } catch (error) {
         this.thrown(error);
         this.references[countAt]++;
