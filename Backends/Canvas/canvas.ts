@@ -3,6 +3,7 @@
 // element's own canvas.
 import { Fonts } from './fonts';
 import { Painter, type Canvas, type Context, type Pool, type Surface } from './painter';
+import { report } from './report';
 
 // The numbers of CanvasOp, in CanvasCommands.h.
 const enum Op {
@@ -199,7 +200,7 @@ export class CanvasRuntime {
   }
 
   // Carries out a buffer of commands. One that fails is left out and reported; the others are drawn all the same.
-  replay(commands: Float64Array, strings: Uint8Array): void {
+  replay(commands: Float64Array, strings: Uint8Array, caught: (error: unknown) => void = () => {}): void {
     let stringsAt = 0;
     for (let i = 0; i < commands.length; ) {
       const op = commands[i];
@@ -215,7 +216,8 @@ export class CanvasRuntime {
       try {
         this.perform(op, a);
       } catch (error) {
-        console.error(error);
+        caught(error);
+        report(error);
       }
     }
   }

@@ -8,6 +8,12 @@ export class Heap {
     return this.view;
   }
 
+  // Lets the memory go, as it is not needed any more.
+  release(): void {
+    this.memory = new WebAssembly.Memory({ initial: 0 });
+    this.view = new Uint8Array();
+  }
+
   // Pointers come as signed numbers.
   bytes(at: number, count: number): Uint8Array {
     return this.all.subarray(at >>> 0, (at >>> 0) + count);

@@ -5,22 +5,19 @@ import type { CanvasRuntime } from './canvas';
 import type { Heap } from './heap';
 import type { LocaleRuntime } from './locale';
 
-export function canvasImports(heap: Heap, canvas: CanvasRuntime, locale: LocaleRuntime) {
+// `caught` gets what the page's engine has thrown.
+export function canvasImports(heap: Heap, canvas: CanvasRuntime, locale: LocaleRuntime, caught: (error: unknown) => void = () => {}) {
   const attempt = <T>(otherwise: T, body: () => T): T => {
     try {
       return body();
-    } catch {
+    } catch (error) {
+      caught(error);
       return otherwise;
     }
   };
   return {
-    zkCanvasReplay(commands: number, count: number, strings: number, stringBytes: number) {
-      try {
-        canvas.replay(new Float64Array(heap.memory.buffer, commands >>> 0, count), heap.bytes(strings, stringBytes));
-      } catch (error) {
-        console.error(error);
-      }
-    },
+    zkCanvasReplay: (commands: number, count: number, strings: number, stringBytes: number) =>
+      attempt(undefined, () => canvas.replay(new Float64Array(heap.memory.buffer, commands >>> 0, count), heap.bytes(strings, stringBytes), caught)),
     zkCanvasMake: (width: number, height: number) => attempt(0, () => canvas.make(width, height)),
     zkCanvasDecode: (bytes: number, count: number, size: number) =>
       attempt(0, () => {

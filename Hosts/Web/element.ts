@@ -56,7 +56,8 @@ export class ZelkonPlot extends HTMLElement {
   // What the stage may ask; a page sees none of it.
   readonly #actor: Actor = {
     window: () => this.ownerDocument.defaultView,
-    restart: (keepsData) => this.#restart(keepsData),
+    restart: () => this.#restart(),
+    forget: () => (this.#options = this.#data = undefined),
     screenDidChange: () => this.#resize(...this.#cssSize()),
     announce: (label, amount, share) => this.#keyboard.say(label, amount, share, this.ownerDocument.documentElement.lang || undefined),
     beginPrinting: () => this.#beginPrinting(),
@@ -132,8 +133,8 @@ export class ZelkonPlot extends HTMLElement {
     }
   }
 
-  #restart(keepsData: boolean): void {
-    const [options, data] = keepsData ? [this.#options, this.#data] : [];
+  #restart(): void {
+    const [options, data] = [this.#options, this.#data];
     this.#plot = this.#screen = 0;
     this.#stop();
     this.#start();
@@ -223,6 +224,8 @@ export class ZelkonPlot extends HTMLElement {
 
   // False when there is no chart to call or the call was too much for it.
   #call(name: string, values: FlatArguments): boolean {
+    // The chart that starts on the next instance is called with what comes until then.
+    if (this.#stage.instance.hasFailed) return !this.#data || this.getAttribute('plot') === 'pie';
     if (!this.#plot) return false;
     this.#stage.needsFrame();
     if (name === 'SetPlotData') this.#periods.refresh();

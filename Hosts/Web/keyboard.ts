@@ -15,6 +15,15 @@ const steps = new Map([
   ['ArrowUp', -1],
 ]);
 
+// A page may call its language by a name that engines do not take, such as "en_US".
+function formatted(value: number, language: string | undefined, options: Intl.NumberFormatOptions): string {
+  try {
+    return new Intl.NumberFormat(language, options).format(value);
+  } catch {
+    return new Intl.NumberFormat(undefined, options).format(value);
+  }
+}
+
 export class Keyboard {
   // Says what it holds to a screen reader.
   readonly voice = document.createElement('div');
@@ -51,7 +60,7 @@ export class Keyboard {
   }
 
   say(label: unknown, amount: unknown, share: number | null, language: string | undefined): void {
-    const number = (value: number, options: Intl.NumberFormatOptions) => new Intl.NumberFormat(language, options).format(value);
+    const number = (value: number, options: Intl.NumberFormatOptions) => formatted(value, language, options);
     const parts = [label, typeof amount === 'number' ? number(amount, { maximumFractionDigits: 2 }) : amount];
     if (share !== null) parts.push(number(share, { style: 'percent', maximumFractionDigits: 1 }));
     this.voice.textContent = parts.filter((part) => part !== null && part !== '').join(', ');

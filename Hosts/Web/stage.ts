@@ -1,13 +1,17 @@
 // All charts of the page: they share one instance of the module and one loop of frames, which runs only while something
 // changes. Also hears of what concerns every chart: the screen's scale, printing, and the wish for less motion.
+import { report, reportUncaught } from '../../Backends/Canvas/report';
 import { Instance, type InstanceListener } from './instance';
 
 // What the stage asks of an element that is on it.
 export interface Actor {
   // The window whose functions its chart calls.
   window(): Window | null;
-  // Starts over on a new instance, with the page's data of before or without.
-  restart(keepsData: boolean): void;
+  // Starts over on the present instance with the page's options and data of before. On one that has failed there is no
+  // chart to start: the element shows its own content and keeps them for another instance.
+  restart(): void;
+  // Options and data of before are not to be used again.
+  forget(): void;
   screenDidChange(): void;
   announce(label: unknown, amount: unknown, share: number | null): void;
   beginPrinting(): void;
@@ -17,10 +21,12 @@ export interface Actor {
 const leastScale = 0.25;
 const greatestScale = 8;
 
-function report(error: unknown): void {
-  if (typeof reportError === 'function') reportError(error);
-  else console.error(error);
-}
+// What has failed so often fails for a reason of its own, which another start does not take away.
+const mostRestarts = 3;
+const restartsWithin = 10_000; // milliseconds
+
+// The page may put a clock of its own in the place of the engine's.
+const now = performance.now.bind(performance);
 
 export class Stage implements InstanceListener {
   private readonly actors = new Map<number, Actor>();
@@ -30,8 +36,9 @@ export class Stage implements InstanceListener {
   private lastTimestamp = 0;
   private mediaTime = 0;
   private isRunning = false;
-  private isInTurn = false;
-  private hasShownFrame = false; // by the current instance
+  private failedInTurn = false;
+  private restarts: number[] = []; // when; the latest ones
+  private hasGivenUp = false;
   private listening: AbortController | undefined;
   private resolution: MediaQueryList | undefined;
 
@@ -56,6 +63,7 @@ export class Stage implements InstanceListener {
   enter(actor: Actor): void {
     this.present.add(actor);
     if (!this.listening) this.listen();
+    if (this.hasGivenUp && this.mayRestart()) this.restart();
   }
 
   leave(actor: Actor): void {
@@ -88,7 +96,7 @@ export class Stage implements InstanceListener {
       const method = window?.[name];
       if (typeof method === 'function') method.apply(window, values);
     } catch (error) {
-      report(error);
+      reportUncaught(error);
     }
   }
 
@@ -97,19 +105,54 @@ export class Stage implements InstanceListener {
   }
 
   instanceFailed(error: unknown): void {
-    console.error('zelkon-plot: the charts have failed and start over.', error);
     this.actors.clear();
-    // One that has never come so far as to show anything would fail in the same way again.
-    if (!this.hasShownFrame) return;
     // A frame that failed would fail again with the same data.
-    const keepsData = !this.isInTurn;
-    Instance.start(this).then((instance) => {
+    if (this.failedInTurn) this.forEach((actor) => actor.forget());
+    this.failedInTurn = false;
+    if (this.mayRestart()) {
+      report('zelkon-plot: the charts have failed and start over.', error);
+      this.restart();
+    } else {
+      this.hasGivenUp = true;
+      report('zelkon-plot: the charts have failed too often. In their place the elements show their own content.', error);
+      this.startActors();
+    }
+  }
+
+  private mayRestart(): boolean {
+    const time = now();
+    this.restarts = this.restarts.filter((each) => time - each < restartsWithin);
+    return this.restarts.length < mostRestarts;
+  }
+
+  private restart(): void {
+    this.hasGivenUp = false;
+    this.restarts.push(now());
+    const begin = (instance: Instance) => {
       this.current = instance;
       this.mediaTime = 0;
-      this.hasShownFrame = false;
       this.applySettings();
-      for (const actor of [...this.present]) actor.restart(keepsData);
-    }, report);
+      this.startActors();
+    };
+    Instance.start(this).then(begin).catch((error) => this.instanceFailed(error));
+  }
+
+  private startActors(): void {
+    this.forEach((actor) => {
+      // Those that are left when the instance fails start on the next one.
+      if (this.hasGivenUp || !this.current.hasFailed) actor.restart();
+    });
+  }
+
+  // What one element makes of it is no concern of the others.
+  private forEach(act: (actor: Actor) => void): void {
+    for (const actor of [...this.present]) {
+      try {
+        if (this.present.has(actor)) act(actor);
+      } catch (error) {
+        reportUncaught(error);
+      }
+    }
   }
 
   // The media clock stands still while nothing runs, so that what begins after a pause is shown from its beginning.
@@ -117,12 +160,11 @@ export class Stage implements InstanceListener {
     this.frame = 0;
     if (this.isRunning) this.mediaTime += Math.max(0, timestamp - this.lastTimestamp) / 1000;
     this.lastTimestamp = timestamp;
-    this.isInTurn = true;
+    const hadFailed = this.current.hasFailed;
     this.current.beginTurn(this.mediaTime);
     for (const id of [...this.actors.keys()]) this.current.compose(id);
     this.isRunning = this.current.endTurn();
-    this.isInTurn = false;
-    this.hasShownFrame = true;
+    if (this.current.hasFailed && !hadFailed) this.failedInTurn = true;
     if (this.isRunning) this.needsFrame();
   };
 
@@ -151,17 +193,17 @@ export class Stage implements InstanceListener {
     this.resolution = matchMedia(`(resolution: ${devicePixelRatio}dppx)`);
     const changed = () => {
       this.applySettings();
-      for (const actor of this.present) actor.screenDidChange();
+      this.forEach((actor) => actor.screenDidChange());
       this.watchScale();
     };
     this.resolution.addEventListener('change', changed, { signal, once: true });
   }
 
   private readonly beginPrinting = (): void => {
-    for (const actor of this.present) actor.beginPrinting();
+    this.forEach((actor) => actor.beginPrinting());
   };
 
   private readonly endPrinting = (): void => {
-    for (const actor of this.present) actor.endPrinting();
+    this.forEach((actor) => actor.endPrinting());
   };
 }
