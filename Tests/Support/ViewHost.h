@@ -14,6 +14,7 @@
 #include "Classes/Views/PlotView.h"
 #include "Foundation/NSLog.h"
 #include "Foundation/NSRunLoop.h"
+#include "Hosts/Common/Turn.h"
 #include "QuartzCore/CATransaction.h"
 #include "Support/PlainDevice.h"
 #include "WebKit/MemoryScriptObject.h"
@@ -97,11 +98,8 @@ class ViewHost {
   }
   // Lets `seconds` pass in one turn.
   void turn(double seconds = 0) {
-    const double now = CACurrentMediaTime() + seconds;
-    NSRunLoop::mainRunLoop().runDue(now);
-    CATransaction::flush();
-    CASetCurrentMediaTime(now);
-    CATransaction::deliverEndedAnimations();
+    beginTurn({}, CACurrentMediaTime() + seconds, false);
+    endTurn({});
   }
   // Starts the plug-in and lets its opening animations run out.
   void display() {
