@@ -27,7 +27,7 @@ class FuzzedPage {
   FuzzedPage(const char* plot, uint8_t reaction)
       : transcript_([this](const std::string&) { react(); }),
         reaction_(reaction),
-        host_(std::in_place, plot, CGSize{200, 150}, false, transcript_) {}
+        host_(std::in_place, plot, CGSize{200, 150}, ChartLayout::literal, transcript_) {}
   ~FuzzedPage() { reaction_ = 0; }
   FuzzedPage(const FuzzedPage&) = delete;
   FuzzedPage& operator=(const FuzzedPage&) = delete;
