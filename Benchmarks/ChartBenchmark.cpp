@@ -85,7 +85,7 @@ class Screen {
   explicit Screen(Services& services)
       : services_(services),
         transcript_([](const std::string&) {}),
-        host_("spendingOverTimeBarOrLine", size, false, transcript_) {
+        host_("spendingOverTimeBarOrLine", size, ChartLayout::literal, transcript_) {
     surface_ = (*services_).device().makeSurface(static_cast<int>(size.width), static_cast<int>(size.height));
   }
   PlugInHost& host() { return host_; }

@@ -33,7 +33,9 @@ Value spending(int64_t count) {
 class Screen {
  public:
   explicit Screen(HeadlessServices& services)
-      : services_(services), transcript_([](const std::string&) {}), host_("pie", size, false, transcript_) {
+      : services_(services),
+        transcript_([](const std::string&) {}),
+        host_("pie", size, ChartLayout::literal, transcript_) {
     surface_ = services.device().makeSurface(static_cast<int>(size.width), static_cast<int>(size.height));
   }
   PlugInHost& host() { return host_; }
