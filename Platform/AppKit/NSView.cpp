@@ -163,7 +163,9 @@ void NSView::fitLayer() {
 }
 
 void NSView::addTrackingArea(NSTrackingAreaRef area) {
-  if (area) trackingAreas_.push_back(std::move(area));
+  if (!area) return;
+  trackingAreas_.push_back(area);
+  if (NSWindow* const shownIn = window()) shownIn->didAddTrackingArea(shared_from_this(), area);
 }
 
 void NSView::removeTrackingArea(const NSTrackingAreaRef& area) {

@@ -7,11 +7,6 @@ namespace zelkon {
 
 namespace {
 
-bool contains(const std::vector<std::weak_ptr<NSTrackingArea>>& areas, const NSTrackingAreaRef& area) {
-  return std::any_of(areas.begin(), areas.end(),
-                     [&](const std::weak_ptr<NSTrackingArea>& other) { return other.lock() == area; });
-}
-
 // The deepest visible view under the point, the last of those that overlap; null when there is none.
 std::shared_ptr<NSView> viewAtPoint(const std::shared_ptr<NSView>& view, CGPoint locationInWindow) {
   if (view->isHidden()) return nullptr;
@@ -55,6 +50,24 @@ bool NSWindow::isInside(const TrackedArea& tracked, CGPoint locationInWindow) co
   return (tracked.area->options & NSTrackingInVisibleRect) != 0 || CGRectContainsPoint(tracked.area->rect, point);
 }
 
+NSWindow::Inside* NSWindow::find(const NSTrackingAreaRef& area) {
+  const auto found =
+      std::find_if(inside_.begin(), inside_.end(), [&](const Inside& inside) { return inside.area.lock() == area; });
+  return found == inside_.end() ? nullptr : &*found;
+}
+
+void NSWindow::didAddTrackingArea(const std::shared_ptr<NSView>& view, const NSTrackingAreaRef& area) {
+  if (!pointer_) return;
+  const auto isOfView = [&](const Inside& inside) { return inside.view.lock() == view; };
+  const bool wasInside = std::any_of(inside_.begin(), inside_.end(), isOfView);
+  if (!wasInside && !isInside({area, view}, *pointer_)) return;
+  std::erase_if(inside_, [&](const Inside& inside) {
+    const NSTrackingAreaRef other = inside.area.lock();
+    return isOfView(inside) && !(other && isHeld({other, view}));
+  });
+  inside_.push_back({area, view, false});
+}
+
 void NSWindow::deliver(const std::vector<TrackedArea>& areas, NSEvent::Type type, CGPoint locationInWindow) {
   const std::shared_ptr<bool> alive = alive_;
   const unsigned wanted = type == NSEvent::Type::mouseMoved ? NSTrackingMouseMoved : NSTrackingMouseEnteredAndExited;
@@ -63,7 +76,9 @@ void NSWindow::deliver(const std::vector<TrackedArea>& areas, NSEvent::Type type
     const std::shared_ptr<NSView> owner = tracked.area->owner.lock();
     if (!owner || (tracked.area->options & wanted) == 0 || !isHeld(tracked)) continue;
     // An earlier handler may have moved the pointer on.
-    if (contains(inside_, tracked.area) == (type == NSEvent::Type::mouseExited)) continue;
+    Inside* const inside = find(tracked.area);
+    if ((inside != nullptr) == (type == NSEvent::Type::mouseExited)) continue;
+    if (inside != nullptr) inside->entered = true;
     const NSEvent event{type, locationInWindow};
     if (type == NSEvent::Type::mouseEntered)
       owner->mouseEntered(event);
@@ -75,19 +90,22 @@ void NSWindow::deliver(const std::vector<TrackedArea>& areas, NSEvent::Type type
 }
 
 void NSWindow::sendMouseMoved(CGPoint locationInWindow) {
+  pointer_ = locationInWindow;
   std::vector<TrackedArea> all, entered, moved, exited;
   collectAreas(contentView_, all);
+  std::vector<Inside> inside;
   for (const TrackedArea& tracked : all) {
-    const bool wasInside = contains(inside_, tracked.area);
+    const Inside* const known = find(tracked.area);
     if (isInside(tracked, locationInWindow)) {
-      if (!wasInside) entered.push_back(tracked);
+      const bool isEntering = known == nullptr || !known->entered;
+      if (isEntering) entered.push_back(tracked);
       moved.push_back(tracked);
-    } else if (wasInside) {
+      inside.push_back({tracked.area, tracked.view, !isEntering});
+    } else if (known != nullptr) {
       exited.push_back(tracked);
     }
   }
-  inside_.clear();
-  for (const TrackedArea& tracked : moved) inside_.push_back(tracked.area);
+  inside_ = std::move(inside);
   const std::shared_ptr<bool> alive = alive_;
   deliver(exited, NSEvent::Type::mouseExited, locationInWindow);
   if (*alive) deliver(entered, NSEvent::Type::mouseEntered, locationInWindow);
@@ -95,10 +113,11 @@ void NSWindow::sendMouseMoved(CGPoint locationInWindow) {
 }
 
 void NSWindow::sendMouseExited() {
+  pointer_.reset();
   std::vector<TrackedArea> all, exited;
   collectAreas(contentView_, all);
   for (const TrackedArea& tracked : all)
-    if (contains(inside_, tracked.area)) exited.push_back(tracked);
+    if (find(tracked.area) != nullptr) exited.push_back(tracked);
   inside_.clear();
   deliver(exited, NSEvent::Type::mouseExited, {-1, -1});
 }

@@ -135,6 +135,47 @@ TEST_F(NSWindowTest, ARemovedAreaHearsNothingNotEvenAnExit) {
   EXPECT_EQ(view->takeEvents(), Events{});
 }
 
+TEST_F(NSWindowTest, AnAreaAddedUnderThePointerReportsTheLeaving) {
+  const auto view = addView({{50, 50}, {100, 100}});
+  window_->sendMouseMoved({60, 70});
+  view->track();
+  window_->sendMouseMoved({10, 10});
+  EXPECT_EQ(view->takeEvents(), Events{"exited"});
+  window_->sendMouseMoved({60, 70});
+  view->takeEvents();
+  view->track();
+  window_->sendMouseExited();
+  EXPECT_EQ(view->takeEvents(), (Events{"exited", "exited"}));
+}
+
+TEST_F(NSWindowTest, AnAreaAddedBesideThePointerReportsNothing) {
+  const auto view = addView({{50, 50}, {100, 100}});
+  window_->sendMouseMoved({10, 10});
+  view->track();
+  window_->sendMouseExited();
+  EXPECT_EQ(view->takeEvents(), Events{});
+  view->track();
+  window_->sendMouseExited();
+  EXPECT_EQ(view->takeEvents(), Events{}) << "no pointer in the window";
+}
+
+TEST_F(NSWindowTest, AnAreaThatReplacesOneUnderThePointerReportsTheLeavingWhereverItsViewWent) {
+  const auto view = addView({{50, 50}, {100, 100}});
+  auto area = view->track();
+  window_->sendMouseMoved({140, 70});
+  view->takeEvents();
+  for (int i = 0; i < 3; ++i) {
+    view->setFrame(CGRectMake(50, 50, 40, 40));
+    view->removeTrackingArea(area);
+    area = view->track();
+  }
+  window_->sendMouseExited();
+  EXPECT_EQ(view->takeEvents(), Events{"exited"});
+  window_->sendMouseMoved({140, 70});
+  window_->sendMouseExited();
+  EXPECT_EQ(view->takeEvents(), Events{});
+}
+
 TEST_F(NSWindowTest, AnAreaDoesNotKeepItsOwner) {
   const auto holder = addView({{0, 0}, {200, 200}});
   auto owner = std::make_shared<RecordingView>(CGRectZero);

@@ -143,6 +143,22 @@ TEST(PieHover, LeavingTheViewFromASliceIsToldWithoutIndices) {
   expectResting(pie, 0);
 }
 
+TEST(PieHover, AfterAFrameChangeUnderThePointerLeavingIsToldAndTheSliceCanBeHoveredAgain) {
+  for (const CGSize size : {CGSize{320, 240}, CGSize{120, 100}}) {
+    Pie pie({1, 3});
+    const CGPoint onFirst{180, 130};
+    pie.window->sendMouseMoved(onFirst);
+    pie.setFrame(CGRectMake(0, 0, size.width, size.height));
+    pie.window->sendMouseExited();
+    EXPECT_EQ(pie.page->calls, (std::vector<PageCall>{hoverCall(0, notFound), hoverCall(-1, -1)})) << size.width;
+    EXPECT_EQ(pieOf(pie).currentHoverEntry(), nullptr);
+    pie.setFrame(CGRectMake(0, 0, 300, 200));
+    pie.window->sendMouseMoved(onFirst);
+    EXPECT_EQ(pie.page->calls.back(), hoverCall(0, notFound));
+    EXPECT_EQ(pie.page->calls.size(), 3u);
+  }
+}
+
 TEST(PieHover, EnteringTheViewDoesNothing) {
   Pie pie({1, 1});
   pie.view->mouseEntered({NSEvent::Type::mouseEntered, {170, 110}});
