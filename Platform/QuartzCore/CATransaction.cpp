@@ -1,5 +1,6 @@
 #include "QuartzCore/CATransaction.h"
 
+#include <exception>
 #include <utility>
 #include <vector>
 
@@ -23,6 +24,7 @@ struct Level {
 struct Stack {
   std::vector<Level> levels;
   bool implicit = false;
+  std::exception_ptr failure;  // raised by a drawing where it could not go on to the caller
 
   const Level& top() const {
     static const Level none;
@@ -59,12 +61,27 @@ void CATransaction::commit() {
   if (open.levels.empty()) CALayerCommit::run();
 }
 
+void CATransaction::commitQuietly() noexcept {
+  try {
+    commit();
+  } catch (...) {
+    if (!stack().failure) stack().failure = std::current_exception();
+  }
+}
+
 void CATransaction::flush() {
   Stack& open = stack();
-  if (!open.implicit || open.levels.size() > 1) return;
-  open.levels.clear();
-  open.implicit = false;
-  CALayerCommit::run();
+  if (open.levels.size() > (open.implicit ? 1u : 0u)) return;
+  if (open.implicit) {
+    open.levels.clear();
+    open.implicit = false;
+    try {
+      CALayerCommit::run();
+    } catch (...) {
+      if (!open.failure) open.failure = std::current_exception();
+    }
+  }
+  if (open.failure) std::rethrow_exception(std::exchange(open.failure, nullptr));
 }
 
 bool CATransaction::disableActions() { return stack().top().actionsDisabled; }

@@ -18,7 +18,9 @@ class CATransaction {
   // Closes the innermost level; the outermost one carries out layout and display and starts the animations added in it,
   // unless an implicit transaction is open, which carries them out at the end of the turn. Unmatched: nothing.
   static void commit();
-  // Commits the implicit transaction: the end of a run-loop turn.
+  // The same where nothing may be raised: what a drawing raises is raised by the next flush, the first of several.
+  static void commitQuietly() noexcept;
+  // Commits the implicit transaction: the end of a run-loop turn. Raises what a drawing has raised.
   static void flush();
 
   static bool disableActions();
@@ -44,14 +46,14 @@ class CATransaction {
 double CACurrentMediaTime();
 void CASetCurrentMediaTime(double seconds);
 
-// begin/commit with implicit actions off, for one scope.
+// begin/commit with implicit actions off, for one scope. It ends without raising, however it is left.
 class CATransactionWithoutActions {
  public:
   CATransactionWithoutActions() {
     CATransaction::begin();
     CATransaction::setValue(true, kCATransactionDisableActions);
   }
-  ~CATransactionWithoutActions() { CATransaction::commit(); }
+  ~CATransactionWithoutActions() { CATransaction::commitQuietly(); }
   CATransactionWithoutActions(const CATransactionWithoutActions&) = delete;
   CATransactionWithoutActions& operator=(const CATransactionWithoutActions&) = delete;
 };

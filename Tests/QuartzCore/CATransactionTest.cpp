@@ -1,3 +1,4 @@
+#include "Foundation/NSException.h"
 #include "QuartzCore/CATransaction.h"
 #include "QuartzCore/LayerFixture.h"
 
@@ -130,6 +131,47 @@ TEST_F(CATransactionTest, AllAnimationsOfATransactionStartTogether) {
   CATransaction::commit();
   EXPECT_NEAR(shown(a, 2.5).opacity, 0.5, 1e-9);
   EXPECT_NEAR(shown(b, 2.5).opacity, 0.5, 1e-9);
+}
+
+struct RaisingDelegate : CALayerDelegate {
+  const char* reason;
+  explicit RaisingDelegate(const char* r) : reason(r) {}
+  void drawLayer(CALayer&, CGContext&) override { NSRaise(NSInternalInconsistencyException, reason); }
+};
+
+// What the end of a turn raises; empty when it raises nothing.
+std::string raisedByTurn() {
+  try {
+    CATransaction::flush();
+    return "";
+  } catch (const NSException& exception) {
+    return exception.reason();
+  }
+}
+
+TEST_F(CATransactionTest, WhatADrawingRaisesAtTheEndOfAScopeComesAtTheEndOfTheTurn) {
+  const auto first = std::make_shared<RaisingDelegate>("first"), second = std::make_shared<RaisingDelegate>("second");
+  const auto drawOnce = [&](const std::shared_ptr<RaisingDelegate>& delegate) {
+    const CATransactionWithoutActions scope;
+    const CALayerRef layer = addLayer();
+    layer->setDelegate(delegate);
+    layer->setNeedsDisplay();
+  };
+  drawOnce(first);
+  drawOnce(second);
+  EXPECT_EQ(changes, 2) << "the scopes were carried out";
+  EXPECT_EQ(raisedByTurn(), "first");
+  EXPECT_EQ(raisedByTurn(), "");
+  // Also while something else is raised already.
+  try {
+    const CATransactionWithoutActions scope;
+    drawOnce(second);
+    NSRaise(NSRangeException, "in the scope");
+  } catch (const NSException& exception) {
+    EXPECT_EQ(exception.reason(), "in the scope");
+  }
+  EXPECT_FALSE(CATransaction::disableActions());
+  EXPECT_EQ(raisedByTurn(), "second");
 }
 
 TEST_F(CATransactionTest, TheClockNeverGoesBack) {
