@@ -95,8 +95,7 @@ void BarOrLineView::doDisplay() {
 void BarOrLineView::animationCreated(CABasicAnimation& animation, const std::string& key) {
   // What grows on paper is no part of the opening that the page waits for.
   if (isPrinting_) return;
-  animation.setValue(key, "key");
-  animation.delegate = animationDelegate();
+  tagStartupAnimation(animation, key);
   registerStartupAnimationKey(key);
 }
 

@@ -8,6 +8,12 @@
 
 namespace zelkon {
 
+namespace {
+
+constexpr const char* displayKey = "com.zelkon.display";
+
+}  // namespace
+
 CALayerPlotView::CALayerPlotView(Value arguments) : NSView(NSZeroRect), arguments_(std::move(arguments)) {}
 
 void CALayerPlotView::setFrame(CGRect frame) {
@@ -35,7 +41,10 @@ CGPoint CALayerPlotView::layerPointForWindowPoint(CGPoint windowPoint) const {
   return {t.m11 * p.x + t.m12 * p.y, t.m21 * p.x + t.m22 * p.y};
 }
 
-void CALayerPlotView::doDisplay() { pendingStartupAnimationKeys_.emplace(); }
+void CALayerPlotView::doDisplay() {
+  pendingStartupAnimationKeys_.emplace();
+  ++displays_;
+}
 
 void CALayerPlotView::doHide() {
   NSRunLoop::mainRunLoop().cancelPreviousPerformRequests(this);
@@ -65,6 +74,8 @@ size_t CALayerPlotView::numberOfPendingAnimations() const {
 void CALayerPlotView::animationDidStop(const CABasicAnimation& animation, bool) {
   const Value key = animation.valueForKey("key");
   if (!key.isString() || !pendingStartupAnimationKeys_) return;
+  const Value display = animation.valueForKey(displayKey);
+  if (!display.isNull() && display.integerValue() != displays_) return;
   if (pendingStartupAnimationKeys_->erase(key.string()) == 0 || !pendingStartupAnimationKeys_->empty()) return;
   pendingStartupAnimationKeys_.reset();
   const std::string function = startupAnimationsDidCompleteJSFunction();
@@ -85,8 +96,10 @@ void CALayerPlotView::performOnNextTurn(void (CALayerPlotView::*action)()) {
   });
 }
 
-std::shared_ptr<CAAnimationDelegate> CALayerPlotView::animationDelegate() {
-  return std::static_pointer_cast<CALayerPlotView>(shared_from_this());
+void CALayerPlotView::tagStartupAnimation(CABasicAnimation& animation, const std::string& key) {
+  animation.setValue(key, "key");
+  animation.setValue(displays_, displayKey);
+  animation.delegate = std::static_pointer_cast<CALayerPlotView>(shared_from_this());
 }
 
 }  // namespace zelkon

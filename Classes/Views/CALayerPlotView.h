@@ -6,6 +6,7 @@
 // window; the view keeps itself alive meanwhile and walks nothing that such a call can change.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <set>
@@ -55,8 +56,8 @@ class CALayerPlotView : public NSView, public WebPlugIn, public CAAnimationDeleg
   size_t numberOfPendingAnimations() const;
   // The page function to call when the last opening animation has stopped; empty for none.
   virtual std::string startupAnimationsDidCompleteJSFunction() const { return {}; }
-  // Strikes the animation's key off. Cut-short animations count as done, so that the page hears of the end in every
-  // case.
+  // Strikes the animation's key off, unless the animation is tagged as an earlier display's: the same keys may be
+  // pending again. Cut-short animations count as done, so that the page hears of the end in every case.
   void animationDidStop(const CABasicAnimation& animation, bool finished) override;
 
   // Script bridge.
@@ -118,8 +119,8 @@ class CALayerPlotView : public NSView, public WebPlugIn, public CAAnimationDeleg
   void callPage(std::string_view function, const ValueArray& values);
   // Asks for `action` to run on the next turn; dropped when the view is hidden or gone by then.
   void performOnNextTurn(void (CALayerPlotView::*action)());
-  // This view as what animations report to.
-  std::shared_ptr<CAAnimationDelegate> animationDelegate();
+  // Tags an animation as one of the present display's, which reports to this view under the key.
+  void tagStartupAnimation(CABasicAnimation& animation, const std::string& key);
   // The argument at the index; undefined when the page passed fewer.
   static Value argumentAtIndex(const ValueArray& values, size_t index);
 
@@ -130,6 +131,7 @@ class CALayerPlotView : public NSView, public WebPlugIn, public CAAnimationDeleg
   std::shared_ptr<const ValueDictionary> plotOptions_;
   std::shared_ptr<const PlotData> plotData_;
   std::optional<std::set<std::string>> pendingStartupAnimationKeys_;  // none when no startup is in progress
+  int64_t displays_ = 0;                                              // how many have begun
 };
 
 }  // namespace zelkon

@@ -51,9 +51,8 @@ void PiePlotView::startAnimation(const CALayerRef& layer, const char* keyPath, C
                     opacity != nullptr ? CAAnimatableValue(layer->opacity()) : CAAnimatableValue(layer->transform()));
   animation.toValue = target;
   animation.removedOnCompletion = false;
-  animation.delegate = animationDelegate();
   animation.setValue(std::make_shared<NonretainedLayer>(layer), "layer");
-  animation.setValue(key, "key");
+  tagStartupAnimation(animation, key);
   layer->addAnimation(std::move(animation), key);
   registerStartupAnimationKey(key);
   if (opacity != nullptr)

@@ -104,6 +104,19 @@ TEST(BarOrLineView, ThePageHearsOnceAfterTheTallestBar) {
   EXPECT_EQ(host.page->calls, kDisplayed);
 }
 
+TEST(BarOrLineView, ADisplayDuringTheOpeningIsReportedWhenItsOwnBarsHaveGrown) {
+  ChartHost host;
+  host.setData(chartAmounts({"100", "50"}));  // 0.2 and 0.1 seconds
+  host.turn(0.05);
+  host.view->doDisplay();
+  host.turn();
+  host.turn(0.17);
+  EXPECT_EQ(host.view->numberOfPendingAnimations(), 1u) << "the second set's tall bar";
+  EXPECT_TRUE(host.page->calls.empty());
+  host.turn(0.05);
+  EXPECT_EQ(host.page->calls, kDisplayed);
+}
+
 TEST(BarOrLineView, ThePageHearsOnceAfterTheLineIsWipedIn) {
   ChartHost host({300, 311});
   host.setData(chartOf(12));

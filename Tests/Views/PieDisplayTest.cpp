@@ -158,6 +158,20 @@ TEST(PieDisplay, DisplayingAgainRunsTheAnimationsAgain) {
   EXPECT_EQ(host.page->calls.size(), 2u);
 }
 
+TEST(PieDisplay, ADisplayDuringTheOpeningIsReportedWhenItsOwnAnimationsEnd) {
+  ViewHost host;
+  host.view->webPlugInStart();
+  host.turn();
+  host.turn(0.1);
+  host.view->doDisplay();
+  host.turn();
+  EXPECT_EQ(host.view->numberOfPendingAnimations(), 5u) << "the replaced animations were not among them";
+  host.turn(0.2);
+  EXPECT_TRUE(host.page->calls.empty());
+  host.turn(0.1);
+  EXPECT_EQ(host.page->calls, displayedOnce);
+}
+
 TEST(PieDisplay, AViewWithoutALayerDisplaysWithoutHarm) {
   ViewHost host("pie", {0, 0});
   ASSERT_EQ(host.view->layer(), nullptr);
