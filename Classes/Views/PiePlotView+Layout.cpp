@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "Classes/Utilities/NSColor+CGColorRef.h"
 #include "Classes/Utilities/PiePlotDrawingUtilities.h"
@@ -14,6 +15,8 @@ namespace {
 
 constexpr double pi = 3.141592653589793;
 constexpr double floorHeight = 17;  // points below the plot, where the shadow lies
+constexpr const char* plotName = "com.zelkon.plotLayer";
+constexpr const char* dropShadowName = "com.zelkon.dropShadowLayer";
 constexpr unsigned sizableBothWays = kCALayerWidthSizable | kCALayerHeightSizable;
 
 CGPoint centerOf(CGRect rect) { return {CGRectGetMidX(rect), CGRectGetMidY(rect)}; }
@@ -74,23 +77,35 @@ CGSize sizeOfLabel(const std::string& label, const NSFont& font) {
 
 CGRect PiePlotView::rootBounds() const { return layer() ? layer()->bounds() : CGRectZero; }
 
+CALayerRef PiePlotView::storedContainer(const char* name) const {
+  return layer() ? layer()->valueForKey(name).object<CALayer>() : nullptr;
+}
+
 template <typename Make>
 CALayerRef PiePlotView::container(const char* name, Make make) {
+  if (CALayerRef stored = storedContainer(name)) return stored;
   const CALayerRef root = layer();
-  if (root) {
-    if (CALayerRef stored = root->valueForKey(name).object<CALayer>()) return stored;
-  }
   const CALayerRef made = make(root);
   made->setName(name);
   if (root) root->setValue(made, name);
   return made;
 }
 
+CGRect PiePlotView::plotFrame() const {
+  const CGSize size = rootBounds().size;
+  return CGRectMake(0, floorHeight, size.width, std::max(size.height - floorHeight, 0.0));
+}
+
+CGRect PiePlotView::dropShadowFrame() const {
+  const double width = rootBounds().size.width;
+  const double inset = (width - pieRadius() - 20) * 0.25;
+  return CGRectMake(inset, 0, width - 2 * inset, floorHeight);
+}
+
 CALayerRef PiePlotView::plotLayer() {
-  return container("com.zelkon.plotLayer", [this](const CALayerRef& root) {
-    const CGSize size = rootBounds().size;
-    const CALayerRef plot =
-        layerWithFrame(CGRectMake(0, floorHeight, size.width, size.height - floorHeight), {0.5, 0.5}, sizableBothWays);
+  return container(plotName, [this](const CALayerRef& root) {
+    const CALayerRef plot = layerWithFrame(plotFrame(), {0.5, 0.5}, sizableBothWays);
+    plotIsCutOff_ = rootBounds().size.height < floorHeight;
     if (root) root->addSublayer(plot);
     return plot;
   });
@@ -123,16 +138,37 @@ CALayerRef PiePlotView::textLabelsLayer() {
 }
 
 CALayerRef PiePlotView::dropShadowLayer() {
-  return container("com.zelkon.dropShadowLayer", [this](const CALayerRef& root) {
-    const double width = rootBounds().size.width;
-    const double inset = (width - pieRadius() - 20) * 0.25;
-    const CALayerRef shadow = layerWithFrame(CGRectMake(inset, 0, width - 2 * inset, floorHeight), {0.5, 0},
-                                             kCALayerWidthSizable | kCALayerMinYMargin);
+  return container(dropShadowName, [this](const CALayerRef& root) {
+    const CALayerRef shadow = layerWithFrame(dropShadowFrame(), {0.5, 0}, kCALayerWidthSizable | kCALayerMinYMargin);
+    dropShadowInset_.reset();
+    if (!NSIsEmptyRect(rootBounds())) dropShadowInset_ = dropShadowFrame().origin.x;
+    dropShadowIsCutOff_ = false;
     shadow->setEdgeAntialiasingMask(0);
     shadow->setMasksToBounds(true);
     if (root) root->addSublayer(shadow);
     return shadow;
   });
+}
+
+// The superlayer carries its sublayers along by the difference of its sizes. A size that ends at zero loses part of it.
+void PiePlotView::restoreContainers() {
+  const CATransactionWithoutActions transaction;
+  const CGSize size = rootBounds().size;
+  if (const CALayerRef plot = storedContainer(plotName)) {
+    const bool wasCutOff = std::exchange(plotIsCutOff_, size.height < floorHeight);
+    if (wasCutOff && !plotIsCutOff_) plot->setFrame(plotFrame());
+  }
+  const CALayerRef shadow = storedContainer(dropShadowName);
+  if (!shadow) return;
+  const bool isNew = !dropShadowInset_;
+  if (isNew && NSIsEmptyRect(rootBounds())) return;
+  if (isNew) dropShadowInset_ = dropShadowFrame().origin.x;
+  const double width = size.width - 2 * *dropShadowInset_;
+  const bool wasCutOff = std::exchange(dropShadowIsCutOff_, width < 0);
+  if (dropShadowIsCutOff_ || !(isNew || wasCutOff)) return;
+  // Not by its frame: before the first display it is scaled.
+  shadow->setBounds({shadow->bounds().origin, {width, floorHeight}});
+  shadow->setPosition({*dropShadowInset_ + width / 2, isNew ? 0 : shadow->position().y});
 }
 
 void PiePlotView::createLayerHierarchy() {
@@ -143,6 +179,7 @@ void PiePlotView::createLayerHierarchy() {
     setLayer(root);
     setWantsLayer(true);
   }
+  restoreContainers();
   _layoutSublayersOfHighlightLayer();
   _layoutSublayersOfSlicesLayer();
   _layoutSublayersOfDropShadowLayer();

@@ -84,6 +84,11 @@ class PiePlotView : public CALayerPlotView {
   CALayerRef container(const char* name, Make make);
   CALayerRef makeLayerOverPlot();
   CGRect rootBounds() const;
+  CGRect plotFrame() const;
+  CGRect dropShadowFrame() const;
+  // Containers that the view was too small for are placed anew once there is room.
+  void restoreContainers();
+  CALayerRef storedContainer(const char* name) const;
   void replaceTrackingArea();
 
   void startAnimation(const CALayerRef& layer, const char* keyPath, CAAnimatableValue target, const char* key);
@@ -95,6 +100,9 @@ class PiePlotView : public CALayerPlotView {
   void callPageAboutHover(int64_t index, int64_t previous);
 
   NSTrackingAreaRef trackingArea_;
+  bool plotIsCutOff_ = false;              // in height
+  bool dropShadowIsCutOff_ = false;        // in width
+  std::optional<double> dropShadowInset_;  // on both sides; none as long as the view has had no size
   bool initialDisplay_ = true;
   PiePlotEntryRef currentHoverEntry_;
 };

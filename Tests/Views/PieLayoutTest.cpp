@@ -143,6 +143,64 @@ TEST(PieLayout, AViewThatGrowsFromNothingHasTheGeometryOfItsNewSize) {
   EXPECT_EQ(pieOf(host).slicesLayer()->bounds().size, CGSizeMake(300, 183));
 }
 
+// Where the slices turn, in the coordinates of hit testing.
+CGPoint centreOfSlices(ViewHost& host) {
+  const CGRect plot = pieOf(host).plotLayer()->frame(), slices = pieOf(host).slicesLayer()->frame();
+  return {plot.origin.x + CGRectGetMidX(slices), plot.origin.y + CGRectGetMidY(slices)};
+}
+
+TEST(PieLayout, AViewOnceTooLowForThePlotGetsItsGeometryBack) {
+  for (const double low : {16.0, 10.0, 1.0, 0.0}) {
+    ViewHost host;
+    host.call("SetPlotData", {pageAmounts({1, 3})});
+    host.display();
+    host.setFrame(CGRectMake(0, 0, 280, low));
+    host.setFrame(CGRectMake(0, 0, 290, low / 2));
+    host.setFrame(CGRectMake(0, 0, 300, 200));
+    EXPECT_EQ(pieOf(host).plotLayer()->frame(), CGRectMake(0, 17, 300, 183)) << low;
+    for (const CALayerRef& layer : pieOf(host).plotLayer()->sublayers())
+      EXPECT_EQ(layer->frame(), CGRectMake(0, 0, 300, 183)) << low << layer->name();
+    EXPECT_EQ(slicesOf(host)[0]->bounds(), CGRectMake(0, 0, 300, 183)) << low;
+    EXPECT_EQ(centreOfSlices(host), CGPointMake(150, 108.5)) << low;
+    EXPECT_EQ(pieOf(host).dropShadowLayer()->frame(), CGRectMake(49.625, 0, 200.75, 17)) << low;
+  }
+}
+
+TEST(PieLayout, AViewThatBeginsTooLowForThePlotHasTheGeometryOfItsLaterSize) {
+  for (const double low : {16.0, 10.0, 1.0}) {
+    ViewHost host("pie", {300, low});
+    host.call("SetPlotData", {pageAmounts({1, 3})});
+    EXPECT_EQ(pieOf(host).plotLayer()->frame(), CGRectMake(0, 17, 300, 0)) << low;
+    host.display();
+    host.setFrame(CGRectMake(0, 0, 300, 200));
+    EXPECT_EQ(pieOf(host).plotLayer()->frame(), CGRectMake(0, 17, 300, 183)) << low;
+    EXPECT_EQ(centreOfSlices(host), CGPointMake(150, 108.5)) << low;
+  }
+}
+
+TEST(PieLayout, AViewDisplayedWithoutASizeHasTheGeometryOfItsLaterSize) {
+  ViewHost host("pie", {0, 0});
+  host.setFrame(CGRectMake(10, 10, 0, 0));
+  host.display();
+  host.setFrame(CGRectMake(0, 0, 300, 200));
+  EXPECT_EQ(pieOf(host).plotLayer()->frame(), CGRectMake(0, 17, 300, 183));
+  EXPECT_EQ(pieOf(host).slicesLayer()->frame(), CGRectMake(0, 0, 300, 183));
+  EXPECT_EQ(pieOf(host).dropShadowLayer()->frame(), CGRectMake(49.625, 0, 200.75, 17));
+}
+
+TEST(PieLayout, AFloorShadowOnceWithoutWidthGetsItsMarginsBack) {
+  for (const double narrow : {99.0, 60.0, 1.0, 0.0}) {
+    ViewHost host;
+    host.display();
+    host.setFrame(CGRectMake(0, 0, narrow, 200));
+    EXPECT_EQ(pieOf(host).dropShadowLayer()->bounds().size, CGSizeMake(0, 17)) << narrow;
+    host.setFrame(CGRectMake(0, 0, narrow / 2, 200));
+    host.setFrame(CGRectMake(0, 0, 300, 200));
+    EXPECT_EQ(pieOf(host).dropShadowLayer()->frame(), CGRectMake(49.625, 0, 200.75, 17)) << narrow;
+    EXPECT_EQ(pieOf(host).dropShadowLayer()->sublayers().size(), 3u) << narrow;
+  }
+}
+
 TEST(PieLayout, AMissingPictureOfTheShadowEndsTheLayoutAndNothingElse) {
   ViewHost host("pie", {0, 0});
   NSBundle::mainBundle().setLoader([](const std::string&) { return std::nullopt; });
