@@ -133,8 +133,9 @@ void CALayer::setFrame(CGRect frame) {
     size.height = std::abs(inverse.b * frame.size.width + inverse.d * frame.size.height);
   }
   setBounds({model_.bounds.origin, size});
-  const CGRect box = CALayerFrame(model_);
-  setPosition({frame.origin.x + model_.position.x - box.origin.x, frame.origin.y + model_.position.y - box.origin.y});
+  // Measured from the anchor point and not from where the layer was, whose rounding errors would come along.
+  const CGRect box = CALayerBoxAroundAnchor(model_);
+  setPosition({frame.origin.x - box.origin.x, frame.origin.y - box.origin.y});
 }
 
 void CALayer::setTransform(const CATransform3D& t) { change("transform", &CALayerProperties::transform, t); }

@@ -53,11 +53,14 @@ CGAffineTransform CALayerToSuperlayerTransform(const CALayerProperties& p) {
   return CGAffineTransformConcat(toAnchor, t);
 }
 
-CGRect CALayerFrame(const CALayerProperties& p) {
+CGRect CALayerBoxAroundAnchor(const CALayerProperties& p) {
   const CGSize size = p.bounds.size;
   const CGRect aroundAnchor{{-p.anchorPoint.x * size.width, -p.anchorPoint.y * size.height}, size};
-  const CGRect box = CGRectApplyAffineTransform(aroundAnchor, CATransform3DGetAffineTransform(p.transform));
-  return CGRectOffset(box, p.position.x, p.position.y);
+  return CGRectApplyAffineTransform(aroundAnchor, CATransform3DGetAffineTransform(p.transform));
+}
+
+CGRect CALayerFrame(const CALayerProperties& p) {
+  return CGRectOffset(CALayerBoxAroundAnchor(p), p.position.x, p.position.y);
 }
 
 std::optional<CAAnimatableValue> CALayerValue(const CALayerProperties& p, std::string_view key) {

@@ -49,6 +49,8 @@ struct CALayerProperties {
 // Superlayer coordinates of a layer's own coordinates, with bounds origin, anchor point, transform and position.
 CGAffineTransform CALayerToSuperlayerTransform(const CALayerProperties& p);
 CGRect CALayerFrame(const CALayerProperties& p);
+// The frame of a layer whose position is (0, 0).
+CGRect CALayerBoxAroundAnchor(const CALayerProperties& p);
 
 // The value under an animatable key ("bounds", "opacity", "hidden", ...); nothing for other keys. "hidden" is told as
 // the number hiddenFade.

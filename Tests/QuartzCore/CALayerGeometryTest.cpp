@@ -87,6 +87,16 @@ TEST(CALayerFrameSetter, PlacesTheAnchor) {
   EXPECT_EQ(positionFor({0.5, 0.5}, CGRectMake(10, 20, 0, 0)), (CGPoint{10, 20}));
 }
 
+TEST(CALayerFrameSetter, PlacesTheAnchorExactlyWhereverTheLayerWas) {
+  for (int i = 0; i < 200; ++i) {
+    const CALayerRef layer = layerWith({}, {100.0 / 3 + 0.07 * i, 200.15});
+    const CGRect frame = CGRectMake(i, 2 * i, 310 - i, 183);
+    layer->setFrame(frame);
+    EXPECT_EQ(layer->position(), (CGPoint{i + (310 - i) / 2.0, 2 * i + 91.5})) << i;
+    EXPECT_EQ(layer->frame(), frame) << i;
+  }
+}
+
 TEST(CALayerFrameSetter, GoesBackThroughTheTransform) {
   CALayerRef layer = CALayer::layer();
   layer->setTransform(CATransform3DScale(CATransform3DIdentity, 2, 4, 1));
