@@ -20,7 +20,7 @@ void LinePlot::createXLabels() {
   const auto points = static_cast<size_t>(std::max(0.0, std::floor(width)));
   const size_t count = plotData()->count();
   pixelsPerRenderPoint_ = points >= count ? width / static_cast<double>(count) : 1;
-  if (width == 0) return;
+  if (!(width > 0)) return;
   thinPlotData();
   if (!optionIsTrue("DisplayXLabels")) return;
   createLabelSets();

@@ -57,13 +57,16 @@ void LinePlot::redisplay() {
 void LinePlot::renderPlotBody() {
   const CALayerRef root = rootLayer();
   if (!root) return;
+  // A rectangle of negative width would be turned round and show a line where there is no room for one.
+  CGRect plot = plotRect_;
+  plot.size.width = std::max(plot.size.width, 0.0);
   const CALayerRef body = CALayer::layer();
-  body->setFrame(plotRect_);
+  body->setFrame(plot);
   body->setDelegate(std::static_pointer_cast<LinePlot>(shared_from_this()));
   body->setNeedsDisplay();
   body->setNeedsDisplayOnBoundsChange(true);
 
-  const CGRect start = CGRectMake(plotRect_.origin.x, plotRect_.origin.y, 0, plotRect_.size.height);
+  const CGRect start = CGRectMake(plot.origin.x, plot.origin.y, 0, plot.size.height);
   const CALayerRef clip = CALayer::layer();
   clip->setMasksToBounds(true);
   clip->setAnchorPoint({0, 0.5});
@@ -76,7 +79,7 @@ void LinePlot::renderPlotBody() {
   if (!initialDisplay_) {
     CABasicAnimation reveal = CABasicAnimation::animationWithKeyPath("bounds");
     reveal.fromValue = start;
-    reveal.toValue = plotRect_;
+    reveal.toValue = plot;
     reveal.duration = kRevealSeconds;
     reveal.timingFunction = kCAMediaTimingFunctionLinear;
     reveal.removedOnCompletion = false;
@@ -85,7 +88,7 @@ void LinePlot::renderPlotBody() {
     clip->addAnimation(std::move(reveal), "bounds");
   }
   // The same rectangle, origin included: the body then keeps its place in the root layer's coordinates.
-  clip->setBounds(plotRect_);
+  clip->setBounds(plot);
 }
 
 void LinePlot::drawLayer(CALayer& layer, CGContext& context) {

@@ -77,10 +77,26 @@ TEST(LineThinning, APlotWithoutAWidthKeepsTheDataAndMakesNoLabels) {
   EXPECT_TRUE(host.plot->xLabels().empty());
 }
 
-TEST(LineThinning, APlotOfNegativeWidthKeepsNothing) {
+TEST(LineThinning, APlotOfNegativeWidthIsLikeOneWithoutAWidth) {
   Host host(20, 296, withoutValueLabels());
-  EXPECT_NO_THROW(host.plot->setPlotData(daysOf(5)));
-  EXPECT_EQ(host.plot->plotData()->count(), 0u);
+  host.plot->setPlotData(daysOf(5));
+  ASSERT_LT(host.plot->plotRect().size.width, 0);
+  EXPECT_EQ(host.plot->pixelsPerRenderPoint(), 1);
+  EXPECT_EQ(host.plot->plotData()->count(), 5u);
+  EXPECT_TRUE(host.plot->xLabels().empty());
+  host.plot->doDisplay();
+  CATransaction::flush();
+  ASSERT_EQ(host.root->sublayers().size(), 1u);
+  const CALayerRef clip = host.root->sublayers()[0];
+  EXPECT_EQ(clip->frame(), CGRectMake(33, 41, 0, 200));
+  EXPECT_EQ(clip->sublayers()[0]->bounds().size, CGSizeMake(0, 200));
+  EXPECT_EQ(clip->sublayers()[0]->contents(), nullptr);
+  for (double x = -20; x < 60; ++x) EXPECT_EQ(host.plot->entryForPoint({x, 60}), nullptr) << x;
+
+  host.root->setBounds(CGRectMake(0, 0, 257, 296));
+  host.plot->generatePlot();
+  EXPECT_EQ(host.plot->plotData()->count(), 5u) << "with room the data are drawn";
+  EXPECT_EQ(host.plot->pixelsPerRenderPoint(), 40);
 }
 
 TEST(LineThinning, TheValueAxisIsThatOfAllEntries) {
