@@ -59,11 +59,19 @@ void BarPlot::createLabelSets() {
   xSubtitleLabels_ = std::move(subtitles);
 }
 
+Gridlines BarPlot::gridlinesForAmounts(const Amounts& amounts) {
+  return computeGridlinesForMinAmount(computeDisplayGridValueForValue(amounts.min),
+                                      computeDisplayGridValueForValue(amounts.max), true, kGridlineCount);
+}
+
+bool BarPlot::hasFiniteAxis() const {
+  const Gridlines lines = gridlinesForAmounts(_findMinAmount());
+  return std::isfinite(lines.back() - lines.front());
+}
+
 void BarPlot::createYLabels() {
-  const Amounts amounts = _findMinAmount();
   // The gridlines are needed with or without labels: bars and lines stand on them.
-  yTickmarks_ = computeGridlinesForMinAmount(computeDisplayGridValueForValue(amounts.min),
-                                             computeDisplayGridValueForValue(amounts.max), true, kGridlineCount);
+  yTickmarks_ = gridlinesForAmounts(_findMinAmount());
   if (!optionIsTrue("DisplayYLabels")) return;
   NSNumberFormatter formatter;
   const Value currency = valueForPlotOptionKey("CurrencyID");

@@ -86,6 +86,8 @@ class BarPlot : public CashFlowPlot, public CALayerDelegate {
     double min = 0, max = 0;
   };
   Amounts _findMinAmount() const;  // zero is always between them
+  // Whether the value axis of the data ends on both sides. That of amounts near the largest number may not.
+  bool hasFiniteAxis() const;
 
   // `count` rectangles edge to edge, the first 4 points right of `barStartX`.
   std::vector<CGRect> subtitleRectsWithStartingRect(CGRect start, size_t count, double barStartX) const;
@@ -107,6 +109,7 @@ class BarPlot : public CashFlowPlot, public CALayerDelegate {
   double zeroLineY() const;
   // Fills the four label sets from the plot data.
   void createLabelSets();
+  static Gridlines gridlinesForAmounts(const Amounts& amounts);
   // One slot per label, edge to edge.
   static LabelRow row(const Labels& labels, CGRect firstSlot);
   static bool anyIsEmpty(const Labels& labels);

@@ -1,6 +1,8 @@
 // Data, plotter, display and printing; the tooltip has a file of its own.
 #include "Classes/Views/BarOrLineView.h"
 
+#include <cmath>
+
 #include "AppKit/NSScrollView.h"
 #include "Classes/Plotting/LinePlot.h"
 #include "Classes/Views/ScriptEntries.h"
@@ -25,6 +27,20 @@ class Flag {
  private:
   bool& flag_;
 };
+
+// Ten times as much still has an axis, whatever the options.
+constexpr double kGreatAmount = 1e307;
+
+bool hasFiniteAxis(const PlotEntryListRef& entries, const std::shared_ptr<const ValueDictionary>& options) {
+  bool areGreat = false;
+  for (size_t i = 0; i < entries->count() && !areGreat; ++i) areGreat = std::abs(entries->y(i)) > kGreatAmount;
+  // The options are only asked where they decide.
+  if (!areGreat) return true;
+  BarPlot plot;
+  plot.setPlotOptions(options);
+  plot.setPlotData(entries);
+  return plot.hasFiniteAxis();
+}
 
 }  // namespace
 
@@ -58,10 +74,13 @@ void BarOrLineView::createLayerHierarchy() {
 void BarOrLineView::js_setPlotData(const Value& data) {
   guardedScriptCall("js_setPlotData:", [&] {
     CALayerPlotView::js_setPlotData(data);
-    setPlotData(ScriptEntries(data, [this](bool didScanYValue) {
+    const auto checkAmount = [this](bool didScanYValue) {
       const std::string operation = "-[" + className() + " js_setPlotData:]";
       NSParameterAssert(didScanYValue, "didScanYValue", operation, this, "Classes/Views/BarOrLineView", 343);
-    }));
+    };
+    const PlotEntryListRef entries = ScriptEntries(data, checkAmount);
+    checkAmount(hasFiniteAxis(entries, plotOptions()));
+    setPlotData(entries);
     if (plotter_)
       plotter_->redisplay();
     else

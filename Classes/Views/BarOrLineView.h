@@ -16,7 +16,8 @@ class BarOrLineView : public CALayerPlotView, public AnimationsCreatedProtocol, 
   // Empties the root layer and shows the chart again in it, except while opening animations run.
   void createLayerHierarchy() override;
   // An entry needs "humanX", "humanY" and "y" with text in them, or it is skipped. A "y" that begins with no number
-  // ends the call, with the earlier data kept. A chart once shown keeps what it was made from.
+  // ends the call, with the earlier data kept, and so do amounts too great for an axis. A chart once shown keeps what
+  // it was made from.
   void js_setPlotData(const Value& data) override;
   void doDisplay() override;
   void renderForPrintingInContext(CGContext& context) override;

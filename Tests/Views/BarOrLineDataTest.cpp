@@ -1,6 +1,8 @@
 // What the page's entries become, whatever the page puts into them.
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "Support/ChartHost.h"
 
 namespace zelkon {
@@ -94,6 +96,50 @@ INSTANTIATE_TEST_SUITE_P(ChartData, UnscannableAmount,
                                          "1e999", "-1e999",
                                          "\xE2\x88\x92"
                                          "5"));
+
+// The labels of so many digits would leave no room for bars.
+void hideValueLabels(ChartHost& host, bool allPositive = false) {
+  host.setOptions({ValueDictionary{{"key", "DisplayYLabels"}, {"value", false}},
+                   ValueDictionary{{"key", "AllValuesPositive"}, {"value", allPositive}}});
+}
+
+TEST(ChartData, AmountsWhoseAxisIsNotFiniteEndTheCallWithTheEarlierDataKept) {
+  for (const auto& amounts : {std::vector<const char*>{"1.7e308", "-1e300"},
+                              std::vector<const char*>{"-1.7e308", "1e300"}, std::vector<const char*>{"1.7e308"},
+                              std::vector<const char*>{"-1.7e308"}, std::vector<const char*>{"1e308", "-1e308"}}) {
+    ChartHost host;
+    hideValueLabels(host);
+    host.setData(chartAmounts(amounts));
+    ASSERT_EQ(host.log.size(), 3u) << amounts[0];
+    EXPECT_EQ(host.log[1], kGuardLine);
+    EXPECT_EQ(host.log[2], "Invalid parameter not satisfying: didScanYValue");
+    EXPECT_EQ(host.data(), nullptr);
+    EXPECT_EQ(host.plotter(), nullptr);
+    host.show(chartAmounts({"1", "2", "3"}));
+    EXPECT_EQ(host.log.size(), 3u);
+    host.setData(chartAmounts(amounts));
+    EXPECT_EQ(host.log.size(), 6u);
+    EXPECT_EQ(host.names(), (std::vector<std::string>{"A", "B", "C"}));
+  }
+}
+
+TEST(ChartData, GreatAmountsWithAnAxisAreShown) {
+  struct Great {
+    std::vector<const char*> amounts;
+    bool allPositive;
+  };
+  for (const Great& great :
+       {Great{{"1e308"}, false}, Great{{"7e307", "-7e307"}, false}, Great{{"1e308", "-1e308"}, true}}) {
+    ChartHost host;
+    hideValueLabels(host, great.allPositive);
+    host.show(chartAmounts(great.amounts));
+    EXPECT_TRUE(host.log.empty()) << great.amounts[0];
+    ASSERT_NE(host.plotter(), nullptr);
+    const Gridlines& lines = host.plotter()->yTickmarks();
+    EXPECT_TRUE(std::isfinite(lines.back() - lines.front()));
+    EXPECT_EQ(host.view->layer()->sublayers().size(), great.amounts.size());
+  }
+}
 
 TEST(ChartData, AnUnscannableAmountLeavesAViewWithoutDataWithoutThem) {
   ChartHost host;
