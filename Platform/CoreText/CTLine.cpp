@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "CoreGraphics/CGContext.h"
+#include "CoreText/GraphemeClusters.h"
 #include "CoreText/UTF8.h"
 
 namespace zelkon {
@@ -135,7 +136,7 @@ size_t CTFittingPrefixEnd(const NSAttributedString& text, size_t begin, size_t e
   const std::string_view characters = std::string_view(text.string()).substr(0, end);
   std::vector<size_t> places{begin};
   const auto exists = [&](size_t n) {
-    while (places.size() <= n && places.back() < end) places.push_back(UTF8NextCharacter(characters, places.back()));
+    while (places.size() <= n && places.back() < end) places.push_back(GraphemeClusterEnd(characters, places.back()));
     return n < places.size();
   };
   return places[countFitting(exists, [&](size_t n) { return CTWidthOfRange(text, begin, places[n]) <= width; })];
@@ -146,7 +147,7 @@ size_t CTFittingSuffixBegin(const NSAttributedString& text, size_t begin, size_t
   std::vector<size_t> places{end};
   const auto exists = [&](size_t n) {
     while (places.size() <= n && places.back() > begin)
-      places.push_back(std::max(begin, UTF8PreviousCharacter(characters, places.back())));
+      places.push_back(std::max(begin, GraphemeClusterBegin(characters, places.back())));
     return n < places.size();
   };
   return places[countFitting(exists, [&](size_t n) { return CTWidthOfRange(text, places[n], end) <= width; })];
@@ -190,8 +191,8 @@ CTLine CTLineCreateTruncatedRange(const NSAttributedString& text, size_t begin, 
     while (headEnd < tailBegin) {
       const double head = CTWidthOfRange(text, begin, headEnd), tail = CTWidthOfRange(text, tailBegin, end);
       const bool growsHead = head <= tail;
-      const size_t longerHead = UTF8NextCharacter(text.string(), headEnd);
-      const size_t longerTail = UTF8PreviousCharacter(text.string(), tailBegin);
+      const size_t longerHead = GraphemeClusterEnd(text.string(), headEnd);
+      const size_t longerTail = GraphemeClusterBegin(text.string(), tailBegin);
       if (growsHead ? CTWidthOfRange(text, begin, longerHead) + tail > room
                     : head + CTWidthOfRange(text, longerTail, end) > room)
         break;

@@ -1,5 +1,6 @@
 #include "CoreText/CTTypesetter.h"
 
+#include "CoreText/GraphemeClusters.h"
 #include "CoreText/UTF8.h"
 
 namespace zelkon {
@@ -66,17 +67,17 @@ bool CTTypesetter::atEnd() const { return offset_ >= text_.string().size() && !e
 size_t CTTypesetter::wrappedLineEnd(size_t paragraphEnd, double width) const {
   const std::string& text = text_.string();
   size_t fitting = CTFittingPrefixEnd(text_, offset_, paragraphEnd, width + widthTolerance);
-  // Spaces hang over the edge.
+  // Spaces hang over the edge, but not one that carries a mark.
   while (fitting < paragraphEnd) {
     const UTF8CodePoint point = UTF8CodePointAt(text, fitting);
-    if (!isBreakingSpace(point.value)) break;
+    if (!isBreakingSpace(point.value) || GraphemeClusterEnd(text, fitting) != fitting + point.length) break;
     fitting += point.length;
   }
   if (fitting == paragraphEnd) return fitting;
   if (mode_ == NSLineBreakMode::wordWrapping)
-    for (size_t end = fitting; end > offset_; end = UTF8PreviousCharacter(text, end))
+    for (size_t end = fitting; end > offset_; end = GraphemeClusterBegin(text, end))
       if (mayBreakAt(text, offset_, end)) return end;
-  return fitting > offset_ ? fitting : UTF8NextCharacter(text, offset_);
+  return fitting > offset_ ? fitting : GraphemeClusterEnd(text, offset_);
 }
 
 std::optional<CTLine> CTTypesetter::nextLine(double width) {

@@ -1,4 +1,4 @@
-// Code points of UTF-8 text, and which of them belong together.
+// Code points of UTF-8 text.
 #pragma once
 
 #include <cstddef>
@@ -21,9 +21,5 @@ bool UTF8IsWellFormed(std::string_view text);
 // The text with U+FFFD in place of each malformed sequence. `offsets`, when given, receives for each byte offset of the
 // old text (its size included) the offset in the new one.
 std::string UTF8WithReplacements(std::string_view text, std::vector<size_t>* offsets = nullptr);
-
-// Next and previous place where the text can be cut without tearing a character from its marks, joiners or modifiers.
-size_t UTF8NextCharacter(std::string_view text, size_t offset);
-size_t UTF8PreviousCharacter(std::string_view text, size_t offset);
 
 }  // namespace zelkon

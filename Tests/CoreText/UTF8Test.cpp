@@ -31,16 +31,5 @@ TEST(UTF8, ReplacementsKeepWhatIsGoodAndMapOffsets) {
   EXPECT_EQ(offsets, (std::vector<size_t>{0, 1, 4, 5, 8}));
 }
 
-TEST(UTF8, MarksJoinersAndModifiersStayWithTheirCharacter) {
-  const std::string accented = "e\xCC\x81x";  // e + combining acute
-  EXPECT_EQ(UTF8NextCharacter(accented, 0), 3u);
-  EXPECT_EQ(UTF8PreviousCharacter(accented, 3), 0u);
-  const std::string family = "\xF0\x9F\x91\xA9\xE2\x80\x8D\xF0\x9F\x91\xA7!";  // woman, joiner, girl
-  EXPECT_EQ(UTF8NextCharacter(family, 0), 11u);
-  EXPECT_EQ(UTF8PreviousCharacter(family, 11), 0u);
-  const std::string thumb = "\xF0\x9F\x91\x8D\xF0\x9F\x8F\xBD";  // with a skin tone
-  EXPECT_EQ(UTF8NextCharacter(thumb, 0), thumb.size());
-}
-
 }  // namespace
 }  // namespace zelkon
