@@ -172,6 +172,19 @@ TEST(CategoryAxis, MediumNamesComeNext) {
   EXPECT_EQ(host.drawn().countOfText("S"), 0u);
 }
 
+// As long names do: 165.6 points are 20.4 apart in slots of 186 and 19.4 in slots of 185.
+TEST(CategoryAxis, MediumNamesKeepTwentyPointsApart) {
+  const char* const name = "AAAAAAAAAAAAAAAAAAAAAAA";
+  const std::string tooLong(40, 'B');
+  for (const auto& [width, size] : {std::pair(657.0, 12.0), std::pair(652.0, 11.0)}) {
+    Host host(width, 311, withoutValueLabels());
+    host.plot->setPlotData(plotEntries(std::vector<PlotEntryRef>(3, plotEntry(1, tooLong.c_str(), name))));
+    const Drawn drawn = host.drawn();
+    ASSERT_EQ(drawn.countOfText(name), 3u) << width;
+    EXPECT_EQ(drawn.text(name)->size, size) << width;
+  }
+}
+
 TEST(CategoryAxis, ShortNamesComeNextAlsoWithoutMediumOnes) {
   Host host(657, 311, withoutValueLabels());
   host.plot->setPlotData(plotEntries(std::vector<PlotEntryRef>(4, plotEntry(1, kTooLong, nullptr, "S"))));
@@ -276,119 +289,6 @@ TEST(Subtitles, FewerSubtitlesThanShortNamesDrawNone) {
   EXPECT_EQ(drawn.countOfText("2009") + drawn.countOfText("2010"), 0u);
   EXPECT_EQ(drawn.countOfText("Nov"), 1u);
   EXPECT_TRUE(separators(drawn).empty());
-}
-
-TEST(Subtitles, TheirRectanglesLieEdgeToEdgeFromFourPointsRightOfTheBars) {
-  const BarPlot plot;
-  const std::vector<CGRect> rects = plot.subtitleRectsWithStartingRect(CGRectMake(0, 20, 30, 15), 3, 53);
-  EXPECT_EQ(rects,
-            (std::vector<CGRect>{CGRectMake(57, 20, 30, 15), CGRectMake(87, 20, 30, 15), CGRectMake(117, 20, 30, 15)}));
-}
-
-// Eight years, each 28.8 points wide, under rectangles that far apart.
-struct Years {
-  std::vector<NSAttributedString> subtitles, labels;
-  std::vector<CGRect> rects;
-  explicit Years(double spacing) {
-    for (int i = 0; i < 8; ++i) {
-      subtitles.emplace_back(std::to_string(2001 + i), BarPlot::xLabelAttributes());
-      labels.emplace_back("L" + std::to_string(i), BarPlot::xLabelAttributes());
-      rects.push_back(CGRectMake(spacing * i, 20, spacing, 20));
-    }
-  }
-};
-
-TEST(AdjustedSubtitles, CountsThatDifferChangeNothing) {
-  const PlainDevice device;
-  const BarPlot plot;
-  Years years(40);
-  years.labels.pop_back();
-  const std::vector<CGRect> rects = years.rects;
-  EXPECT_FALSE(plot.adjustedSubtitles(years.subtitles, years.rects, years.labels).has_value());
-  EXPECT_EQ(years.rects, rects);
-  EXPECT_EQ(years.labels.size(), 7u);
-}
-
-TEST(AdjustedSubtitles, WhatFitsIsAlignedToTheTopOfItsRectangle) {
-  const PlainDevice device;
-  const BarPlot plot;
-  Years years(40);
-  const auto shown = plot.adjustedSubtitles(years.subtitles, years.rects, years.labels);
-  ASSERT_TRUE(shown.has_value());
-  EXPECT_EQ(texts(*shown), texts(years.subtitles));
-  EXPECT_EQ(years.rects[1].origin, CGPointMake(40, 25));
-  EXPECT_DOUBLE_EQ(years.rects[1].size.width, 28.8);
-  EXPECT_EQ(years.rects[1].size.height, 15);
-}
-
-TEST(AdjustedSubtitles, SubtitlesTakeTheFontOfTheirLabels) {
-  const PlainDevice device;
-  const BarPlot plot;
-  Years years(40);
-  years.labels[0] = years.labels[0].withFont(years.labels[0].attributesAtStart().font->withSize(10));
-  const auto shown = plot.adjustedSubtitles(years.subtitles, years.rects, years.labels);
-  EXPECT_EQ((*shown)[0].attributesAtStart().font->pointSize(), 10);
-  EXPECT_EQ((*shown)[1].attributesAtStart().font->pointSize(), 12);
-}
-
-TEST(AdjustedSubtitles, OfARunTheFirstIsKept) {
-  const PlainDevice device;
-  const BarPlot plot;
-  Years years(40);
-  for (const size_t i : {1, 2, 5}) years.subtitles[i] = years.subtitles[i - 1];
-  const auto shown = plot.adjustedSubtitles(years.subtitles, years.rects, years.labels);
-  EXPECT_EQ(texts(*shown), (std::vector<std::string>{"2001", "", "", "2004", "2005", "", "2007", "2008"}));
-  for (const size_t i : {1, 2, 5}) EXPECT_EQ(years.rects[i], NSZeroRect) << i;
-  EXPECT_EQ(years.labels[1].string(), "L1");
-}
-
-TEST(AdjustedSubtitles, AnEmptyLabelHidesItsSubtitleAndTheNextOfTheRunShowsIt) {
-  const PlainDevice device;
-  const BarPlot plot;
-  Years years(40);
-  years.subtitles[1] = years.subtitles[0];
-  years.labels[0] = {};
-  const auto shown = plot.adjustedSubtitles(years.subtitles, years.rects, years.labels);
-  EXPECT_TRUE((*shown)[0].isEmpty());
-  EXPECT_EQ((*shown)[1].string(), "2001");
-  EXPECT_EQ(years.rects[0].size, CGSizeMake(0, 0));
-}
-
-TEST(AdjustedSubtitles, EverySecondStaysWhenThatIsEnough) {
-  const PlainDevice device;
-  const BarPlot plot;
-  Years years(15);
-  const auto shown = plot.adjustedSubtitles(years.subtitles, years.rects, years.labels);
-  EXPECT_EQ(texts(*shown), (std::vector<std::string>{"2001", "", "2003", "", "2005", "", "2007", ""}));
-  EXPECT_EQ(texts(years.labels), (std::vector<std::string>{"L0", "", "L2", "", "L4", "", "L6", ""}));
-  EXPECT_EQ(years.rects[1], NSZeroRect);
-}
-
-TEST(AdjustedSubtitles, ThenEveryThirdOfThoseThatWereLeft) {
-  const PlainDevice device;
-  const BarPlot plot;
-  Years years(14);
-  const auto shown = plot.adjustedSubtitles(years.subtitles, years.rects, years.labels);
-  EXPECT_EQ(texts(*shown), (std::vector<std::string>{"2001", "", "", "", "", "", "2007", ""}));
-  EXPECT_EQ(texts(years.labels), (std::vector<std::string>{"L0", "", "", "", "", "", "L6", ""}));
-}
-
-TEST(AdjustedSubtitles, NoneAreNone) {
-  const BarPlot plot;
-  std::vector<CGRect> rects;
-  std::vector<NSAttributedString> labels;
-  EXPECT_TRUE(plot.adjustedSubtitles({}, rects, labels)->empty());
-}
-
-TEST(RectsOverlap, LooksAtNeighboursThatHaveAWidth) {
-  const CGRect a = CGRectMake(0, 0, 10, 10), touching = CGRectMake(10, 0, 10, 10), over = CGRectMake(9, 0, 10, 10);
-  EXPECT_FALSE(BarPlot::_rectsOverlap({}));
-  EXPECT_FALSE(BarPlot::_rectsOverlap({a, touching}));
-  EXPECT_TRUE(BarPlot::_rectsOverlap({a, over}));
-  EXPECT_TRUE(BarPlot::_rectsOverlap({a, NSZeroRect, NSZeroRect, over}));
-  EXPECT_FALSE(BarPlot::_rectsOverlap({a, CGRectMake(50, 0, 1, 1), over}));  // only neighbours are compared
-  EXPECT_FALSE(BarPlot::_rectsOverlap({NSZeroRect, a}));
-  EXPECT_FALSE(BarPlot::_rectsOverlap({a, CGRectMake(5, 0, -2, 10), over}));  // a width, though no area
 }
 
 }  // namespace

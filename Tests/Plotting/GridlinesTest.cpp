@@ -67,6 +67,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Range{"OneToTwoInFive", 1, 2, false, 5, {1, 1.25, 1.5, 1.75, 2}},
                     Range{"ZeroToAHundredInFive", 0, 100, true, 5, {0, 25, 50, 75, 100}},
                     Range{"MinusThirtyToAHundredAndSeventy", -30, 170, false, 5, {-60, 0, 60, 120, 180}},
+                    // 27 in four steps is 6.75: sixes are one line too many.
+                    Range{"StepOfSevenTenths", 0, 27, true, 5, {0, 7, 14, 21, 28}},
                     Range{"NothingButZero", 0, 0, false, 5, {0}}, Range{"NothingButZeroWithZero", 0, 0, true, 3, {0}},
                     Range{"OneAmountAlone", 5, 5, false, 3, {5, 5.1, 5.2}},
                     Range{"OneAmountAloneWithZero", 3, 3, true, 3, {0, 1.5, 3}},
@@ -106,6 +108,16 @@ TEST(Gridlines, TheZeroLineOfARangeAroundZeroIsExact) {
     EXPECT_EQ(std::count(lines.begin(), lines.end(), 0.0), 1);
     EXPECT_LE(lines.size(), 5u);
   }
+}
+
+// Three times 0.15 added up is 0.44999999999999996, short of 0.45: the step holds with one more line.
+TEST(Gridlines, StepsAreAddedUpSoThatAMaximumOf045HasALineAt06) {
+  const Gridlines lines = compute(0, 0.45, true, 5);
+  ASSERT_EQ(lines.size(), 5u);
+  EXPECT_EQ(lines[3], 0.15 + 0.15 + 0.15);
+  EXPECT_LT(lines[3], 0.45);
+  EXPECT_EQ(lines[4], 0.15 + 0.15 + 0.15 + 0.15);
+  expectLines(lines, {0, 0.15, 0.3, 0.45, 0.6});
 }
 
 TEST(Gridlines, ManyRangesAreCoveredByAtMostTheTotal) {

@@ -161,6 +161,23 @@ TEST_F(LabelFitting, TwelveLabelsInFivesGiveTheLastGroupToTheEndOfTheRow) {
   EXPECT_EQ(merged.rects[9], CGRectMake(70, 34, 50, 15));
 }
 
+// One full group and a tail: the middle of all is kept, over five slots that begin two before it.
+TEST_F(LabelFitting, SevenLabelsInFivesKeepTheMiddleOverTheFiveAroundIt) {
+  const LabelRow merged = concatenated(row({"0", "1", "2", "3", "4", "5", "6"}, 10), 5);
+  EXPECT_EQ(texts(merged), (std::vector<std::string>{"", "", "", "3", "", "", ""}));
+  EXPECT_EQ(merged.rects[3], CGRectMake(10, 34, 50, 15));
+  EXPECT_EQ(merged.rects[2], NSZeroRect);
+}
+
+TEST_F(LabelFitting, SixLabelsInFivesKeepTheThirdAndNineTheFifth) {
+  const LabelRow six = concatenated(row({"0", "1", "2", "3", "4", "5"}, 10), 5);
+  EXPECT_EQ(texts(six), (std::vector<std::string>{"", "", "2", "", "", ""}));
+  EXPECT_EQ(six.rects[2], CGRectMake(0, 34, 50, 15));
+  const LabelRow nine = concatenated(row({"0", "1", "2", "3", "4", "5", "6", "7", "8"}, 10), 5);
+  EXPECT_EQ(texts(nine), (std::vector<std::string>{"", "", "", "", "4", "", "", "", ""}));
+  EXPECT_EQ(nine.rects[4], CGRectMake(20, 34, 50, 15));
+}
+
 TEST_F(LabelFitting, OneGroupOfAllKeepsTheMiddleOverTheWholeRow) {
   for (size_t count = 1; count < 9; ++count) {
     const LabelRow merged = concatenated(row(std::vector<std::string>(count, "A"), 10), count);

@@ -60,6 +60,33 @@ TEST(LineCategoryAxis, MediumNamesComeNext) {
   EXPECT_EQ(axis.drawn().countOfText("2009"), 0u);
 }
 
+TEST(LineCategoryAxis, LongNamesThatAreLeftStayWhereThereAreNoShorterOnes) {
+  const Axis axis(plotEntries(std::vector<PlotEntryRef>(3, plotEntry(1, kTooLong))));
+  const Drawn drawn = axis.drawn();
+  ASSERT_EQ(drawn.texts.size(), 1u);
+  // The middle one over all three slots, -17 to 283, in the full font.
+  EXPECT_EQ(drawn.texts[0].text, kTooLong);
+  EXPECT_EQ(drawn.texts[0].size, 12);
+  EXPECT_NEAR(drawn.texts[0].origin.x, -17 + (300 - 30 * 7.2) / 2, 1e-9);
+}
+
+TEST(LineCategoryAxis, MediumNamesThatAreLeftStayWhereThereAreNoShortOnes) {
+  const std::string medium(29, 'M');
+  const Axis axis(plotEntries(std::vector<PlotEntryRef>(3, plotEntry(1, kTooLong, medium.c_str()))));
+  EXPECT_EQ(axis.drawn().countOfText(medium), 1u);
+  EXPECT_EQ(axis.drawn().texts.size(), 1u);
+}
+
+// In slots of 100: twelve letters are 86.4 points, 13.6 apart; thirteen are 93.6, 6.4 apart, and 14.2 at 11 points.
+TEST(LineCategoryAxis, MediumNamesKeepTenPointsApart) {
+  for (const auto& [letters, size] : {std::pair(12, 12.0), std::pair(13, 11.0)}) {
+    const std::string medium(static_cast<size_t>(letters), 'M');
+    const Axis axis(plotEntries(std::vector<PlotEntryRef>(3, plotEntry(1, kTooLong, medium.c_str()))));
+    ASSERT_EQ(axis.drawn().countOfText(medium), 3u) << letters;
+    EXPECT_EQ(axis.drawn().text(medium)->size, size) << letters;
+  }
+}
+
 TEST(LineCategoryAxis, ATickStandsBeforeTheJanuaryOfALaterYear) {
   const Axis axis(months({{"Dec", "2009"}, {"Jan", "2010"}, {"Feb", "2010"}}));
   const Drawn drawn = axis.drawn();

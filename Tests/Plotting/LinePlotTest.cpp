@@ -295,6 +295,48 @@ TEST(LineDrawing, TheFillReachesFromTheBottomToTheHighestPoint) {
   EXPECT_EQ(drawn.gradients[0].gradient->stops()[1].color, (RGBA{0.66, 0.79, 0.16, 1}));
 }
 
+TEST(LineDrawing, TheFillReachesTheHighestPointWhereverItIs) {
+  Drawing drawing({50, 100, 25});
+  const Drawn drawn = drawing.draw();
+  ASSERT_EQ(drawn.gradients.size(), 1u);
+  EXPECT_EQ(drawn.gradients[0].placement, (CGGradientPlacement{{0, 0}, {0, 198}, 0, 0}));
+}
+
+TEST(LineDrawing, TheHighestPointMayLieBelowTheTopOfThePlot) {
+  Drawing drawing({10, 51, 20});  // lines up to 60
+  ASSERT_EQ(drawing.plot->yTickmarks().back(), 60);
+  const Drawn drawn = drawing.draw();
+  ASSERT_EQ(drawn.gradients.size(), 1u);
+  EXPECT_NEAR(drawn.gradients[0].placement.end.y, 198 * 0.85, 1e-9);
+}
+
+// Half of the stroke lies outside the filled area and shows all the same.
+TEST(LineDrawing, TheFillIsClippedToItsAreaAndTheStrokeIsNot) {
+  Drawing drawing({50, 100, 25});
+  RecordingContext context;
+  drawing.plot->drawLayer(*drawing.body, context);
+  std::vector<size_t> clips{0};  // in force, for each saved state
+  std::optional<size_t> overGradient, overStroke;
+  const auto list = context.snapshot();
+  for (const DisplayList::Command& command : list->commands()) {
+    if (std::holds_alternative<DisplayList::Save>(command)) clips.push_back(clips.back());
+    if (std::holds_alternative<DisplayList::Restore>(command)) clips.pop_back();
+    if (std::holds_alternative<DisplayList::Clip>(command)) ++clips.back();
+    if (std::holds_alternative<DisplayList::Gradient>(command)) overGradient = clips.back();
+    if (std::holds_alternative<DisplayList::Stroke>(command)) overStroke = clips.back();
+  }
+  EXPECT_EQ(overGradient, 1u);
+  EXPECT_EQ(overStroke, 0u);
+  EXPECT_EQ(clips.size(), 1u) << "every saved state is restored";
+}
+
+TEST(LineLayers, TheRootLayersPictureHasItsSize) {
+  Host host(457, 296);
+  host.plot->setPlotData(plotAmounts({100, 50}));
+  ASSERT_NE(host.root->contents(), nullptr);
+  EXPECT_EQ(host.root->contents()->size(), CGSizeMake(457, 296));
+}
+
 TEST(LineDrawing, HitRectanglesAreCentredOnThePointsAndAsHighAsTheLine) {
   Drawing drawing({100, 50});
   drawing.draw();

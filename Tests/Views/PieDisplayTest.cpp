@@ -1,9 +1,8 @@
-// Coming on screen, going away, scrolling and printing.
+// Coming on screen, going away and scrolling.
 #include <gtest/gtest.h>
 
 #include <cmath>
 
-#include "AppKit/NSGraphicsContext.h"
 #include "Classes/Views/NonretainedLayer.h"
 #include "Classes/Views/PiePlotView.h"
 #include "Foundation/NSNotificationCenter.h"
@@ -313,93 +312,6 @@ TEST(PieDisplay, AViewOutsideAScrollViewObservesNothingAndIsSafelyDestroyed) {
   EXPECT_EQ(NSNotificationCenter::defaultCenter().observerCount(), before);
   host.view->webPlugInDestroy();
   host.view->webPlugInDestroy();
-}
-
-// Whether the print has the picture of a gloss disc.
-bool printHasGloss(PiePlotView& pie) {
-  RecordingContext paper;
-  pie.renderForPrintingInContext(paper);
-  const CGImageRef disc = pie.plotHighlightLayer()->sublayers().at(0)->contents();
-  const auto list = paper.snapshot();
-  EXPECT_FALSE(list->isEmpty());
-  for (const DisplayList::Command& command : list->commands()) {
-    const auto* image = std::get_if<DisplayList::Image>(&command);
-    if (image != nullptr && image->image == disc) return true;
-  }
-  return false;
-}
-
-TEST(PieDisplay, PrintsNeverCarryTheGlossAndShowItAgainAfterwards) {
-  ViewHost host;
-  host.call("SetPlotData", {pageAmounts({1, 3})});
-  host.display();
-  PiePlotView& pie = pieOf(host);
-  EXPECT_FALSE(printHasGloss(pie));
-  EXPECT_FALSE(pie.plotHighlightLayer()->isHidden());
-  EXPECT_EQ(pie.plotHighlightLayer()->animationForKey("hidden"), nullptr) << "the screen is untouched";
-}
-
-TEST(PieDisplay, AGlossThatWasHiddenStaysHiddenAfterPrinting) {
-  ViewHost host;
-  host.display();
-  PiePlotView& pie = pieOf(host);
-  pie.plotHighlightLayer()->setHidden(true);
-  EXPECT_FALSE(printHasGloss(pie));
-  EXPECT_TRUE(pie.plotHighlightLayer()->isHidden());
-}
-
-TEST(PieDisplay, PrintingHasTheSlicesTheShadowAndTheLabelsThatShow) {
-  ViewHost host;
-  host.call("SetPlotData", {pageAmounts({1, 3})});
-  host.display();
-  PiePlotView& pie = pieOf(host);
-  const auto count = [&] {
-    RecordingContext paper;
-    pie.renderForPrintingInContext(paper);
-    size_t texts = 0, images = 0, fills = 0;
-    const auto list = paper.snapshot();
-    for (const DisplayList::Command& command : list->commands()) {
-      texts += std::holds_alternative<DisplayList::Text>(command);
-      images += std::holds_alternative<DisplayList::Image>(command);
-      fills += std::holds_alternative<DisplayList::Fill>(command);
-    }
-    return std::vector<size_t>{texts, images, fills};
-  };
-  EXPECT_EQ(count(), (std::vector<size_t>{0, 3, 2}));
-  host.call("HoverEntryAtIndex", {true, 0});
-  EXPECT_EQ(count(), (std::vector<size_t>{1, 3, 3})) << "a label's text and its background";
-}
-
-TEST(PieDisplay, ThePrintedShadowsPicturesMeetOnWholePoints) {
-  // The strip runs from 49.625 to 250.375; the centre lies between 147.625 and 152.375.
-  ViewHost host;
-  host.display();
-  RecordingContext paper;
-  host.view->renderForPrintingInContext(paper);
-  std::vector<CGRect> pictures;
-  std::vector<CGAffineTransform> saved;
-  CGAffineTransform toPage;
-  const auto list = paper.snapshot();
-  for (const DisplayList::Command& command : list->commands()) {
-    if (std::holds_alternative<DisplayList::Save>(command)) saved.push_back(toPage);
-    if (const auto* concat = std::get_if<DisplayList::Concat>(&command))
-      toPage = CGAffineTransformConcat(concat->transform, toPage);
-    if (std::holds_alternative<DisplayList::Restore>(command)) {
-      toPage = saved.back();
-      saved.pop_back();
-    }
-    if (const auto* image = std::get_if<DisplayList::Image>(&command))
-      pictures.push_back(CGRectApplyAffineTransform(image->rect, toPage));
-  }
-  EXPECT_EQ(pictures,
-            (std::vector<CGRect>{CGRectMake(50, 0, 98, 17), CGRectMake(152, 0, 98, 17), CGRectMake(148, 0, 4, 17)}));
-}
-
-TEST(PieDisplay, PrintingWithoutALayerDrawsNothing) {
-  ViewHost host("pie", {0, 0});
-  RecordingContext paper;
-  host.view->renderForPrintingInContext(paper);
-  EXPECT_TRUE(paper.snapshot()->isEmpty());
 }
 
 }  // namespace

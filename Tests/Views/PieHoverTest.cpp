@@ -186,11 +186,29 @@ TEST(PieHover, AHoveredSliceIsBrighterOutlinedInFrontAndLabelled) {
   EXPECT_EQ(slices.size(), 3u);
 }
 
+// The borders in a slice's picture: the colour and the width of each stroke.
+std::vector<std::pair<RGBA, double>> drawnBorders(const CALayer& slice) {
+  std::vector<std::pair<RGBA, double>> borders;
+  for (const DisplayList::Command& command : slice.contents()->recording()->commands())
+    if (const auto* stroke = std::get_if<DisplayList::Stroke>(&command))
+      borders.emplace_back(stroke->color, stroke->style.width);
+  return borders;
+}
+
 TEST(PieHover, TheBorderShowsWhenTheSliceIsNextDrawn) {
   Pie pie({1, 1, 2});
   const auto slice = entryAt(pie, 0)->layerValue.lock();
-  pie.moveTo(0.25 * pi);
-  EXPECT_FALSE(slice->needsDisplay());
+  ASSERT_FALSE(slice->needsDisplay());
+  ASSERT_TRUE(drawnBorders(*slice).empty());
+  // As moveTo(0.25 * pi), before anything is laid out or drawn.
+  pie.view->mouseMoved({NSEvent::Type::mouseMoved, {180, 138.5}});
+  ASSERT_EQ(slice->sliceBorderWidth(), 1);
+  EXPECT_FALSE(slice->needsDisplay()) << "only laid out anew";
+  CATransaction::flush();
+  EXPECT_TRUE(drawnBorders(*slice).empty());
+  slice->setNeedsDisplay();
+  CATransaction::flush();
+  EXPECT_EQ(drawnBorders(*slice), (std::vector<std::pair<RGBA, double>>{{{1, 1, 1, 0.25}, 1}}));
 }
 
 TEST(PieHover, TheLabelTurnsUprightAndFadesInByImplicitAnimations) {
