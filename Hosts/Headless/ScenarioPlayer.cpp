@@ -51,7 +51,7 @@ class Player {
         scale_(options.scale.value_or(scenario.scale)) {
     services.device().setScreenScale(scale_);
     locale_ = LocaleServices::install(std::make_shared<IcuLocaleServices>(options.locale.value_or(scenario.locale)));
-    log_ = NSSetLogSink([this](std::string_view line) { transcript_.log(line); });
+    log_ = NSSetLogSink([this](std::string_view line) { log(line); });
     try {
       host_.emplace(scenario.plot, options.size.value_or(scenario.size), layout, transcript_);
     } catch (const NSException& exception) {
@@ -70,32 +70,53 @@ class Player {
   PlugInHost& host() { return *host_; }
   double scale() const { return scale_; }
 
+  // Files that steps write go below the folder. What the chart does not take is logged, and its page goes on.
   void play(const std::string& folder) {
     folder_.emplace(folder);
     play();
   }
-  // Without a folder for the files that steps write; there must be no such steps.
-  void play() {
-    if (!scenario_.steps) {
-      if (scenario_.options) logExceptions([&] { host_->call("SetPlotOptions", {*scenario_.options}); });
-      if (scenario_.data) logExceptions([&] { host_->call("SetPlotData", {*scenario_.data}); });
-      logExceptions([&] { host_->waitForAnimations(kLongestOpening); });
-      return;
-    }
-    for (size_t i = 0; i < scenario_.steps->size(); ++i) {
-      const ScenarioStep& step = (*scenario_.steps)[i];
-      try {
-        logExceptions([&] { std::visit([this](const auto& s) { carryOut(s); }, step); });
-      } catch (const FileError& error) {
-        throw FileError(placeOfFile(name_, i, step) + ": " + error.what());
-      }
-    }
+  // There must be no steps that write files. What the chart does not take is an error.
+  void draw() {
+    refuses_ = true;
+    play();
+    carryOut(place_, [&] { host_->settle(); });
   }
 
  private:
   void restore() {
     NSSetLogSink(std::move(log_));
     LocaleServices::install(std::move(locale_));
+  }
+  void play() {
+    if (!scenario_.steps) {
+      if (scenario_.options) carryOut("/options", [&] { host_->call("SetPlotOptions", {*scenario_.options}); });
+      if (scenario_.data) carryOut("/data", [&] { host_->call("SetPlotData", {*scenario_.data}); });
+      carryOut("/data", [&] { host_->waitForAnimations(kLongestOpening); });
+      return;
+    }
+    for (size_t i = 0; i < scenario_.steps->size(); ++i) {
+      const ScenarioStep& step = (*scenario_.steps)[i];
+      try {
+        carryOut("/steps/" + std::to_string(i), [&] { std::visit([this](const auto& s) { carryOut(s); }, step); });
+      } catch (const FileError& error) {
+        throw FileError(placeOfFile(name_, i, step) + ": " + error.what());
+      }
+    }
+  }
+  // Whatever is logged tells of something that the chart has not taken; the last line says most.
+  template <typename Body>
+  void carryOut(const std::string& place, Body body) {
+    place_ = place;
+    logExceptions(body);
+    if (refusal_.empty()) return;
+    throw ScenarioError(name_ + ": " + place_ +
+                        ": the chart does not take this: " + printableText(refusal_, kLongestReason));
+  }
+  void log(std::string_view line) {
+    if (refuses_)
+      refusal_ = line;
+    else
+      transcript_.log(line);
   }
   void carryOut(const CallStep& step) {
     const Value result = host_->call(step.name, step.arguments);
@@ -140,6 +161,9 @@ class Player {
   Transcript transcript_;
   double scale_;
   std::optional<OutputFolder> folder_;
+  bool refuses_ = false;
+  std::string refusal_;  // the last line of the log
+  std::string place_;    // of what is carried out
   std::shared_ptr<LocaleServices> locale_;
   LogSink log_;
   std::optional<PlugInHost> host_;
@@ -171,7 +195,7 @@ PictureBytes drawScenario(const Scenario& scenario, const std::string& name, con
       throw ScenarioError(placeOfFile(printableName(name), i, (*scenario.steps)[i]) +
                           ": a scenario that is rendered writes no files; it can be played");
   Player player(scenario, name, options, ChartLayout::readable, services, sink);
-  player.play();
+  player.draw();
   if (*kind == PictureFormat::png) return drawnScreen(player.host(), services.device(), player.scale());
   return [bytes = printedPicture(player.host(), services.device(), player.scale(), *kind)] { return bytes; };
 }

@@ -35,7 +35,8 @@ struct PlayOptions {
 void playScenario(const Scenario& scenario, const std::string& name, const PlayOptions& options,
                   const std::string& folder, HeadlessServices& services, const Transcript::Sink& sink);
 // Plays the scenario and draws the chart at its end: for PNG as on the screen, for SVG and PDF as printed. Throws
-// ScenarioError, also for a scenario with steps that write files. The services must outlive what it answers.
+// ScenarioError, also for a scenario with steps that write files and for calls that the chart does not take, FileError
+// and NSException. The services must outlive what it answers.
 PictureBytes drawScenario(const Scenario& scenario, const std::string& name, const PlayOptions& options,
                           const std::string& format, HeadlessServices& services, const Transcript::Sink& sink);
 // The same as the bytes of the picture's file.
