@@ -74,13 +74,19 @@ struct Words {
 };
 
 void addCommon(CLI::App& command, Words& words) {
-  command.add_option("--size", words.size, "Size in points, WIDTHxHEIGHT, instead of the file's");
-  command.add_option("--scale", words.scale, "Pixels per point, 0.05 to 16, instead of the file's");
-  command.add_option("--locale", words.locale, "Locale of the texts, such as de_DE, instead of the file's");
-  command.add_option("--max-entries", words.entries, "Most entries of one array")->capture_default_str();
-  command.add_option("--max-pixels", words.pixels, "Most pixels of one picture")->capture_default_str();
-  command.add_option("--max-wait", words.waiting, "Most seconds that the steps wait in all")->capture_default_str();
-  command.add_option("--max-input", words.input, "Most bytes of one file")->capture_default_str();
+  command.add_option("--size", words.size, "Size in points, WIDTHxHEIGHT, instead of the file's")->type_name("WxH");
+  command.add_option("--scale", words.scale, "Pixels per point, 0.05 to 16, instead of the file's")
+      ->type_name("NUMBER");
+  command.add_option("--locale", words.locale, "Locale of the texts, such as de_DE, instead of the file's")
+      ->type_name("NAME");
+  command.add_option("--max-entries", words.entries, "Most entries of one array")
+      ->capture_default_str()
+      ->type_name("N");
+  command.add_option("--max-pixels", words.pixels, "Most pixels of one picture")->capture_default_str()->type_name("N");
+  command.add_option("--max-wait", words.waiting, "Most seconds that the steps wait in all")
+      ->capture_default_str()
+      ->type_name("SECONDS");
+  command.add_option("--max-input", words.input, "Most bytes of one file")->capture_default_str()->type_name("BYTES");
 }
 
 void read(const Words& words, CommandLine& line) {

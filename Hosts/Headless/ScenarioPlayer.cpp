@@ -8,6 +8,7 @@
 #include "Hosts/Headless/ChartPicture.h"
 #include "Hosts/Headless/LayerDump.h"
 #include "Hosts/Headless/OutputFile.h"
+#include "Hosts/Headless/PictureLimit.h"
 #include "Hosts/Headless/PlugInHost.h"
 #include "Hosts/Headless/PrintableText.h"
 #include "Hosts/Headless/Resources.h"
@@ -183,6 +184,7 @@ HeadlessServices::~HeadlessServices() {
 
 void playScenario(const Scenario& scenario, const std::string& name, const PlayOptions& options,
                   const std::string& folder, HeadlessServices& services, const Transcript::Sink& sink) {
+  checkPixels(scenario, name, options, false);
   Player(scenario, name, options, ChartLayout::literal, services, sink).play(folder);
 }
 
@@ -194,6 +196,7 @@ PictureBytes drawScenario(const Scenario& scenario, const std::string& name, con
     if (std::visit(FileKey(), (*scenario.steps)[i]))
       throw ScenarioError(placeOfFile(printableName(name), i, (*scenario.steps)[i]) +
                           ": a scenario that is rendered writes no files; it can be played");
+  checkPixels(scenario, name, options, *kind == PictureFormat::png);
   Player player(scenario, name, options, ChartLayout::readable, services, sink);
   player.draw();
   if (*kind == PictureFormat::png) return drawnScreen(player.host(), services.device(), player.scale());
