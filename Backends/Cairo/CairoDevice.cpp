@@ -52,6 +52,8 @@ std::vector<uint8_t> CairoDevice::readPixels(const Surface& surface) {
 
 double CairoDevice::advanceOfText(const FontFace& face, std::string_view text) { return text_->advanceOf(face, text); }
 
+void CairoDevice::requireFonts() const { text_->requireFonts(); }
+
 std::string CairoDevice::encodePNG(const Surface& surface) {
   const CairoSurface* own = ownSurface(&surface);
   return own ? own->encodePNG() : std::string{};

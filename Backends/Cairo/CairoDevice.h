@@ -13,7 +13,8 @@ class CairoText;
 
 class CairoDevice : public GraphicsDevice {
  public:
-  // `scale`: pixels per point of the screen and of new bitmaps.
+  // `scale`: pixels per point of the screen and of new bitmaps. Raises NSInternalInconsistencyException where Pango
+  // cannot be used.
   explicit CairoDevice(double scale = 1);
   ~CairoDevice() override;
 
@@ -27,6 +28,8 @@ class CairoDevice : public GraphicsDevice {
   std::vector<uint8_t> readPixels(const Surface& surface) override;
   double advanceOfText(const FontFace& face, std::string_view text) override;
 
+  // Raises NSInternalInconsistencyException where there are no fonts.
+  void requireFonts() const;
   // The bytes of a PNG file of a surface of this device; empty when memory is short.
   std::string encodePNG(const Surface& surface);
   // The shaper that documents of this device draw their text with.

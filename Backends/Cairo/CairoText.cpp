@@ -1,9 +1,13 @@
 #include "Backends/Cairo/CairoText.h"
 
+#include <fontconfig/fontconfig.h>
 #include <pango/pangocairo.h>
+#include <pango/pangofc-fontmap.h>
 
 #include <algorithm>
 #include <cmath>
+
+#include "Foundation/NSException.h"
 
 namespace zelkon {
 
@@ -58,6 +62,7 @@ struct CairoText::Pango {
 };
 
 CairoText::CairoText() : pango_(std::make_unique<Pango>()) {
+  if (!pango_->map) NSRaise(NSInternalInconsistencyException, "Pango has no backend of the name in PANGOCAIRO_BACKEND");
   pango_->context.reset(pango_font_map_create_context(pango_->map.get()));
   PangoContext* context = pango_->context.get();
   pango_context_set_language(context, pango_language_from_string("en"));
@@ -73,6 +78,13 @@ CairoText::CairoText() : pango_(std::make_unique<Pango>()) {
 }
 
 CairoText::~CairoText() = default;
+
+void CairoText::requireFonts() const {
+  if (!PANGO_IS_FC_FONT_MAP(pango_->map.get())) return;
+  const FcFontSet* fonts =
+      FcConfigGetFonts(pango_fc_font_map_get_config(PANGO_FC_FONT_MAP(pango_->map.get())), FcSetSystem);
+  if (!fonts || fonts->nfont == 0) NSRaise(NSInternalInconsistencyException, "fontconfig finds no fonts");
+}
 
 const CairoText::Substitute& CairoText::substituteFor(const FontFace& face) {
   const std::string key = face.family + (face.bold ? "\n1" : "\n0");

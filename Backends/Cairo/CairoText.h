@@ -24,10 +24,15 @@ class CairoText {
     double widthFactor = 1;  // on advances and glyphs
   };
 
+  // Raises NSInternalInconsistencyException where Pango has no backend of the name that the environment asks for.
   CairoText();
   ~CairoText();
   CairoText(const CairoText&) = delete;
   CairoText& operator=(const CairoText&) = delete;
+
+  // Raises NSInternalInconsistencyException where there are no fonts: texts would be rows of boxes. Waits until they
+  // are found, which begins with this object and goes on beside it.
+  void requireFonts() const;
 
   const Substitute& substituteFor(const FontFace& face);
   // Sum of advances at 1 point per em.

@@ -16,6 +16,7 @@ class Sizes {
       : name_(name),
         scale_(options.scale.value_or(scenario.scale)),
         most_(options.mostPixels),
+        affordable_(options.affordablePixels),
         size_(options.size.value_or(scenario.size)),
         place_(options.size ? "--size" : "/size") {}
 
@@ -31,10 +32,13 @@ class Sizes {
 
   void check() const {
     const double width = pixels(size_.width), height = pixels(size_.height);
-    if (width * height <= most_) return;
+    if (width * height <= std::min(most_, affordable_)) return;
     char text[160];
-    std::snprintf(text, sizeof text, "a picture of %.0f x %.0f pixels is larger than %.0f pixels in all", width, height,
-                  most_);
+    if (width * height > most_)
+      std::snprintf(text, sizeof text, "a picture of %.0f x %.0f pixels is larger than %.0f pixels in all", width,
+                    height, most_);
+    else
+      std::snprintf(text, sizeof text, "there is not memory enough for a picture of %.0f x %.0f pixels", width, height);
     throw ScenarioError(printableName(name_) + ": " + place_ + ": " + text);
   }
 
@@ -46,7 +50,7 @@ class Sizes {
   }
 
   const std::string& name_;
-  const double scale_, most_;
+  const double scale_, most_, affordable_;
   CGSize size_;
   std::string place_, step_;
 };

@@ -1,5 +1,6 @@
 #include "Hosts/Headless/PictureWriter.h"
 
+#include <system_error>
 #include <utility>
 
 #include "Hosts/Headless/OutputFile.h"
@@ -23,8 +24,20 @@ void PictureWriter::write(const std::string& path, PictureBytes bytes) {
     path_ = path;
     bytes_ = std::move(bytes);
   }
-  if (!thread_.joinable()) thread_ = std::thread([this] { run(); });
+  if (!thread_.joinable() && !start()) {
+    const PictureBytes here = std::exchange(bytes_, nullptr);
+    writeWholeFile(path_, here());
+  }
   changed_.notify_all();
+}
+
+bool PictureWriter::start() {
+  try {
+    thread_ = std::thread([this] { run(); });
+    return true;
+  } catch (const std::system_error&) {
+    return false;
+  }
 }
 
 void PictureWriter::finish() {

@@ -1,4 +1,5 @@
-// Writes pictures one after another on a thread of its own, while others are drawn.
+// Writes pictures one after another on a thread of its own, while others are drawn; where no thread can be started, on
+// the one that draws.
 #pragma once
 
 #include <condition_variable>
@@ -25,6 +26,7 @@ class PictureWriter {
   void finish();
 
  private:
+  bool start();
   void run();
 
   std::mutex mutex_;

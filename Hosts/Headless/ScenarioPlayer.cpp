@@ -81,6 +81,7 @@ class Player {
     refuses_ = true;
     play();
     carryOut(place_, [&] { host_->settle(); });
+    services_.device().requireFonts();
   }
 
  private:
@@ -110,6 +111,8 @@ class Player {
     place_ = place;
     logExceptions(body);
     if (refusal_.empty()) return;
+    // Without fonts no label has the width that it should have.
+    services_.device().requireFonts();
     throw ScenarioError(name_ + ": " + place_ +
                         ": the chart does not take this: " + printableText(refusal_, kLongestReason));
   }

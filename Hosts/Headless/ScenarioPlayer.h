@@ -1,6 +1,7 @@
 // Plays a scenario from its first step to its last.
 #pragma once
 
+#include <limits>
 #include <string>
 
 #include "Hosts/Headless/ChartPicture.h"
@@ -14,6 +15,7 @@ class CairoDevice;
 // What a process needs once: the drawing device, the plug-in's resources. Installs them for as long as it lives.
 class HeadlessServices {
  public:
+  // Throws NSException where Pango cannot be used.
   HeadlessServices();
   ~HeadlessServices();
   CairoDevice& device() { return *device_; }
@@ -28,6 +30,7 @@ struct PlayOptions {
   std::optional<double> scale;
   std::optional<std::string> locale;
   double mostPixels = 1e8;
+  double affordablePixels = std::numeric_limits<double>::infinity();  // that there is memory for
 };
 
 // Plays every step; files that steps name are written below `folder` and never elsewhere. Times in the transcript start

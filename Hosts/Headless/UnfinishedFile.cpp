@@ -58,9 +58,12 @@ class UnfinishedFiles {
     if (file.next_) file.next_->previous_ = file.previous_;
   }
   // Only what a signal handler may call. Nothing is added or moved to its place any more: the list stays held.
-  static void end(int signal) {
+  static void removeAll() {
     hold();
     for (const UnfinishedFile* file = first_; file; file = file->next_) unlinkat(file->folder_, file->name_, 0);
+  }
+  static void end(int signal) {
+    removeAll();
     std::signal(signal, SIG_DFL);
     sigset_t just;
     sigemptyset(&just);
@@ -127,6 +130,11 @@ void UnfinishedFile::removeAllOnSignals() {
     sigfillset(&action.sa_mask);
     sigaction(signal, &action, nullptr);
   }
+}
+
+void UnfinishedFile::removeAllAndEnd(int status) {
+  UnfinishedFiles::removeAll();
+  _exit(status);
 }
 
 }  // namespace zelkon

@@ -24,6 +24,8 @@ class UnfinishedFile {
   // From now on the signals that end a process (a break, a hang-up, a limit on files or time) first remove every
   // unfinished file; the process then ends as by the signal. A signal that is ignored stays ignored. Once a process.
   static void removeAllOnSignals();
+  // Removes every unfinished file, on whatever thread it is written, and ends the process at once.
+  [[noreturn]] static void removeAllAndEnd(int status);
 
  private:
   friend class UnfinishedFiles;

@@ -2,6 +2,8 @@
 #include <exception>
 #include <new>
 
+#include "Backends/Cairo/CairoDevice.h"
+#include "Backends/Cairo/LibraryMessages.h"
 #include "Foundation/NSException.h"
 #include "Hosts/Headless/ChartPicture.h"
 #include "Hosts/Headless/CommandLine.h"
@@ -10,6 +12,7 @@
 #include "Hosts/Headless/PrintableText.h"
 #include "Hosts/Headless/ScenarioPlayer.h"
 #include "Hosts/Headless/StandardStreams.h"
+#include "Hosts/Headless/StartChecks.h"
 #include "Hosts/Headless/UnfinishedFile.h"
 
 #ifdef __GLIBC__
@@ -49,11 +52,6 @@ auto naming(const std::string& file, Body body) {
   }
 }
 
-// Of a chart that is only drawn, what the plug-in logs is worth a word and what its page is told is not.
-void logToStandardError(const std::string& line) {
-  if (const size_t kind = line.find(' ') + 1; line.compare(kind, 4, "log ") == 0) reportLine(line.substr(kind + 4));
-}
-
 Scenario read(const std::string& path, const std::string& name, const CommandLine& line) {
   return Scenario::parse(readWholeFile(path, line.mostInput), name, line.limits);
 }
@@ -67,7 +65,7 @@ void render(const CommandLine& line) {
     try {
       bytes = naming(displayName(line.files[i]), [&](const std::string& name) {
         return drawScenario(read(line.files[i], name, line), name, line.options, endingOf(output), services,
-                            logToStandardError);
+                            [](const std::string&) {});
       });
     } catch (...) {
       // A picture before this one that cannot be written is the first thing that went wrong.
@@ -89,6 +87,7 @@ void play(const CommandLine& line) {
   naming(displayName(line.files.front()), [&](const std::string& name) {
     const Scenario scenario = read(line.files.front(), name, line);
     HeadlessServices services;
+    services.device().requireFonts();
     playScenario(scenario, name, line.options, line.folder, services,
                  [&](const std::string& text) { output.write(text + "\n"); });
   });
@@ -109,14 +108,29 @@ void carryOut(const CommandLine& line) {
   }
 }
 
+// Libraries that cannot have what they need end the process by a signal; this ends it as any other error does.
+void reportMessage(std::string_view text, bool isFatal) {
+  reportLine(text);
+  if (isFatal) UnfinishedFile::removeAllAndEnd(kBadInput);
+}
+
+void run(CommandLine line) {
+  if (line.kind != CommandLine::Kind::answer) {
+    checkResources();
+    line.options.affordablePixels = affordablePixels();
+  }
+  carryOut(line);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   openStandardStreams();
   keepFreedMemory();
   UnfinishedFile::removeAllOnSignals();
+  setLibraryMessageSink(reportMessage);
   try {
-    carryOut(CommandLine::parse(argc, argv));
+    run(CommandLine::parse(argc, argv));
   } catch (const UsageError& error) {
     reportLine(error.what());
     return kBadUsage;
