@@ -1,5 +1,5 @@
 # Installs the native library: every room as a static library, the headers below include/zelkon-plot, and a package that
-# other projects find. The rooms name their include folders in the source tree; a consumer gets the installed one instead.
+# other projects find; the command without its symbols; and the licences of what is linked in. The rooms name their include folders in the source tree; a consumer gets the installed one instead.
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
 
@@ -18,8 +18,12 @@ foreach(room foundation coregraphics coretext coreimage quartzcore appkit webkit
   list(APPEND rooms ${target})
 endforeach()
 
+# As --strip does, which leaves static libraries alone.
+install(CODE "set(CMAKE_INSTALL_DO_STRIP ON)")
 install(TARGETS ${rooms} EXPORT zelkon-plot ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(TARGETS zelkon-plot RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+include(${CMAKE_CURRENT_LIST_DIR}/ThirdParty.cmake)
+install(FILES ${PROJECT_SOURCE_DIR}/LICENSE ${PROJECT_BINARY_DIR}/THIRD-PARTY.txt DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/Platform/ DESTINATION ${headers} FILES_MATCHING PATTERN *.h)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/Classes DESTINATION ${headers} FILES_MATCHING PATTERN *.h)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/Hosts/Common ${PROJECT_SOURCE_DIR}/Hosts/Headless DESTINATION ${headers}/Hosts FILES_MATCHING PATTERN *.h)

@@ -1,0 +1,35 @@
+# Writes THIRD-PARTY.txt beside the native build: the copyright and licences of the libraries that are linked in, as the
+# installed packages of the system state them, and the texts of the common licences that these name.
+set(folder /usr/share/doc)
+set(packages libcairo2-dev libpango1.0-dev libglib2.0-dev libharfbuzz-dev libfontconfig-dev libfreetype-dev
+  libpixman-1-dev libpng-dev libicu-dev libisal-dev nlohmann-json3-dev libcli11-dev)
+string(REPEAT "=" 100 line)
+
+set(notices "zelkon-plot is linked with the libraries of these packages.\n")
+set(common "")
+foreach(package ${packages})
+  set(file ${folder}/${package}/copyright)
+  if(NOT EXISTS ${file})
+    message(WARNING "${file} is missing: THIRD-PARTY.txt lacks the licence of ${package}")
+    continue()
+  endif()
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${file})
+  file(READ ${file} text)
+  string(APPEND notices "\n${line}\n${package}\n${line}\n\n${text}")
+  string(REGEX MATCHALL "/usr/share/common-licenses/[A-Za-z]+(-[0-9]+(\\.[0-9]+)?)?" named "${text}")
+  list(APPEND common ${named})
+endforeach()
+
+list(REMOVE_DUPLICATES common)
+list(SORT common)
+foreach(file ${common})
+  # Some name a version by one digit more than the file has.
+  string(REGEX REPLACE "\\.0$" "" file ${file})
+  if(NOT EXISTS ${file})
+    continue()
+  endif()
+  get_filename_component(name ${file} NAME)
+  file(READ ${file} text)
+  string(APPEND notices "\n${line}\n${file}\n${line}\n\n${text}")
+endforeach()
+file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/THIRD-PARTY.txt CONTENT "@notices@" @ONLY)
