@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "Backends/Cairo/CairoDevice.h"
-#include "Backends/Cairo/IcuLocaleServices.h"
 #include "Benchmarks/ChartSamples.h"
 #include "Classes/Plotting/LinePlot.h"
 #include "CoreGraphics/CGContext.h"
@@ -24,13 +23,11 @@ constexpr double longestOpening = 60;
 
 class Services {
  public:
-  Services() : earlier_(LocaleServices::install(std::make_shared<IcuLocaleServices>("en_US"))) {}
-  ~Services() { LocaleServices::install(earlier_); }
   HeadlessServices& operator*() { return services_; }
 
  private:
   HeadlessServices services_;
-  std::shared_ptr<LocaleServices> earlier_;
+  HeadlessSession session_{services_, "en_US", 1};
 };
 
 // What a page hands over.

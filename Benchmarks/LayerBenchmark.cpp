@@ -1,6 +1,7 @@
 // Layer trees without a chart: what a commit costs by the number of layers.
 #include <benchmark/benchmark.h>
 
+#include "Foundation/PlatformSession.h"
 #include "QuartzCore/CALayer.h"
 #include "QuartzCore/CATransaction.h"
 
@@ -14,6 +15,8 @@ struct Screen : CALayerTreeObserver {
 
 // Layers side by side that are all to be displayed: the time grows in proportion to their number.
 void CommitLayers(benchmark::State& state) {
+  PlatformSession session;
+  const PlatformSession::Scope scope(session);
   Screen screen;
   for (auto _ : state) {
     const CALayerRef root = CALayer::layer();

@@ -6,6 +6,7 @@
 #include "Backends/Canvas/IntlLocaleServices.h"
 #include "Benchmarks/ChartSamples.h"
 #include "Foundation/Locale.h"
+#include "Foundation/PlatformSession.h"
 #include "QuartzCore/CALayer.h"
 #include "QuartzCore/CATransaction.h"
 
@@ -13,9 +14,11 @@ namespace {
 
 using namespace zelkon;
 
-// The page's services, from the first call on.
+// The page's services in a session that stays current from the first call on.
 void useServices() {
   static CanvasDevice device;
+  static PlatformSession session;
+  static const PlatformSession::Scope scope(session);
   if (GraphicsDevice::current() == &device) return;
   GraphicsDevice::install(&device);
   LocaleServices::install(std::make_shared<IntlLocaleServices>());

@@ -5,7 +5,6 @@
 #include <memory>
 
 #include "Backends/Cairo/CairoDevice.h"
-#include "Backends/Cairo/IcuLocaleServices.h"
 #include "CoreGraphics/CGContext.h"
 #include "Hosts/Headless/PlugInHost.h"
 #include "Hosts/Headless/ScenarioPlayer.h"
@@ -53,16 +52,14 @@ class Screen {
   std::shared_ptr<Surface> surface_;
 };
 
-// Services with the locale of the examples.
+// Services with a session in the locale of the examples.
 class Services {
  public:
-  Services() : earlier_(LocaleServices::install(std::make_shared<IcuLocaleServices>("en_US"))) {}
-  ~Services() { LocaleServices::install(earlier_); }
   operator HeadlessServices&() { return services_; }
 
  private:
   HeadlessServices services_;
-  std::shared_ptr<LocaleServices> earlier_;
+  HeadlessSession session_{services_, "en_US", 1};
 };
 
 // From data to the bytes of a PNG, all but reading and writing files.

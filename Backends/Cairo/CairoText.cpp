@@ -55,65 +55,71 @@ bool isInstalled(PangoContext* context, const char* family) {
 
 }  // namespace
 
-struct CairoText::Pango {
+// One face, as what is installed in its place. Each has a map of fonts of its own: in a shared one, what stands for a
+// character that no font has would depend on the face that asked for it first.
+struct CairoText::Shaper {
+  std::string family;
+  bool bold;
+  double widthFactor = 1;  // on advances and glyphs
   ObjectHandle<PangoFontMap> map{pango_cairo_font_map_new()};
-  ObjectHandle<PangoContext> context;
+  ObjectHandle<PangoContext> context{pango_font_map_create_context(map.get())};
   ObjectHandle<PangoLayout> layout;
+
+  explicit Shaper(const FontFace& face);
+  // A layout of one line of the text, valid until the next call.
+  PangoLayout* layoutOf(std::string_view text, double size);
 };
 
-CairoText::CairoText() : pango_(std::make_unique<Pango>()) {
-  if (!pango_->map) NSRaise(NSInternalInconsistencyException, "Pango has no backend of the name in PANGOCAIRO_BACKEND");
-  pango_->context.reset(pango_font_map_create_context(pango_->map.get()));
-  PangoContext* context = pango_->context.get();
-  pango_context_set_language(context, pango_language_from_string("en"));
-  pango_context_set_round_glyph_positions(context, FALSE);
+CairoText::Shaper::Shaper(const FontFace& face) : family(face.family), bold(face.bold) {
+  pango_context_set_language(context.get(), pango_language_from_string("en"));
+  pango_context_set_round_glyph_positions(context.get(), FALSE);
   cairo_font_options_t* options = cairo_font_options_create();
   cairo_font_options_set_antialias(options, CAIRO_ANTIALIAS_GRAY);
   cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_NONE);
   cairo_font_options_set_hint_metrics(options, CAIRO_HINT_METRICS_OFF);
-  pango_cairo_context_set_font_options(context, options);
+  pango_cairo_context_set_font_options(context.get(), options);
   cairo_font_options_destroy(options);
-  pango_->layout.reset(pango_layout_new(context));
-  pango_layout_set_single_paragraph_mode(pango_->layout.get(), TRUE);
+  layout.reset(pango_layout_new(context.get()));
+  pango_layout_set_single_paragraph_mode(layout.get(), TRUE);
+
+  if (isInstalled(context.get(), family.c_str())) return;
+  if (family == "Lucida Grande") widthFactor = bold ? 0.915 : 0.971;
+  family = family == "Helvetica" ? "Liberation Sans" : "DejaVu Sans";
 }
 
+PangoLayout* CairoText::Shaper::layoutOf(std::string_view text, double size) {
+  PangoFontDescription* description = pango_font_description_new();
+  pango_font_description_set_family_static(description, family.c_str());
+  pango_font_description_set_weight(description, bold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
+  pango_font_description_set_absolute_size(description, size * PANGO_SCALE);
+  pango_layout_set_font_description(layout.get(), description);
+  pango_font_description_free(description);
+  const std::string valid = wellFormed(text);
+  pango_layout_set_text(layout.get(), valid.data(), static_cast<int>(valid.size()));
+  return layout.get();
+}
+
+// Begins to look for the fonts.
+struct CairoText::Fonts {
+  ObjectHandle<PangoFontMap> map{pango_cairo_font_map_new()};
+};
+
+CairoText::CairoText() : fonts_(std::make_unique<Fonts>()) {
+  if (!fonts_->map) NSRaise(NSInternalInconsistencyException, "Pango has no backend of the name in PANGOCAIRO_BACKEND");
+}
 CairoText::~CairoText() = default;
 
 void CairoText::requireFonts() const {
-  if (!PANGO_IS_FC_FONT_MAP(pango_->map.get())) return;
-  const FcFontSet* fonts =
-      FcConfigGetFonts(pango_fc_font_map_get_config(PANGO_FC_FONT_MAP(pango_->map.get())), FcSetSystem);
+  PangoFontMap* map = fonts_->map.get();
+  if (!PANGO_IS_FC_FONT_MAP(map)) return;
+  const FcFontSet* fonts = FcConfigGetFonts(pango_fc_font_map_get_config(PANGO_FC_FONT_MAP(map)), FcSetSystem);
   if (!fonts || fonts->nfont == 0) NSRaise(NSInternalInconsistencyException, "fontconfig finds no fonts");
 }
 
-const CairoText::Substitute& CairoText::substituteFor(const FontFace& face) {
-  const std::string key = face.family + (face.bold ? "\n1" : "\n0");
-  auto known = substitutes_.find(key);
-  if (known != substitutes_.end()) return known->second;
-  Substitute substitute{face.family, face.bold, 1};
-  if (!isInstalled(pango_->context.get(), face.family.c_str())) {
-    if (face.family == "Helvetica") {
-      substitute.family = "Liberation Sans";
-    } else {
-      substitute.family = "DejaVu Sans";
-      if (face.family == "Lucida Grande") substitute.widthFactor = face.bold ? 0.915 : 0.971;
-    }
-  }
-  return substitutes_.emplace(key, std::move(substitute)).first->second;
-}
-
-PangoLayout* CairoText::layoutOf(const FontFace& face, std::string_view text, double size) {
-  const Substitute& substitute = substituteFor(face);
-  PangoFontDescription* description = pango_font_description_new();
-  pango_font_description_set_family_static(description, substitute.family.c_str());
-  pango_font_description_set_weight(description, substitute.bold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
-  pango_font_description_set_absolute_size(description, size * PANGO_SCALE);
-  PangoLayout* layout = pango_->layout.get();
-  pango_layout_set_font_description(layout, description);
-  pango_font_description_free(description);
-  const std::string valid = wellFormed(text);
-  pango_layout_set_text(layout, valid.data(), static_cast<int>(valid.size()));
-  return layout;
+CairoText::Shaper& CairoText::shaperFor(const FontFace& face) {
+  std::unique_ptr<Shaper>& shaper = shapers_[face.family + (face.bold ? "\n1" : "\n0")];
+  if (!shaper) shaper = std::make_unique<Shaper>(face);
+  return *shaper;
 }
 
 double CairoText::advanceOf(const FontFace& face, std::string_view text) {
@@ -124,9 +130,10 @@ double CairoText::advanceOf(const FontFace& face, std::string_view text) {
   auto known = advances_.find(key);
   if (known != advances_.end()) return known->second;
   PangoRectangle logical;
-  PangoLayout* layout = layoutOf(face, text, measuringSize);
+  Shaper& shaper = shaperFor(face);
+  PangoLayout* layout = shaper.layoutOf(text, measuringSize);
   pango_layout_line_get_extents(pango_layout_get_line_readonly(layout, 0), nullptr, &logical);
-  const double advance = logical.width / (measuringSize * PANGO_SCALE) * substituteFor(face).widthFactor;
+  const double advance = logical.width / (measuringSize * PANGO_SCALE) * shaper.widthFactor;
   if (advances_.size() >= rememberedAdvances) advances_.clear();
   advances_.emplace(std::move(key), advance);
   return advance;
@@ -136,12 +143,13 @@ void CairoText::draw(cairo_t* cr, const CGTextRun& run, bool asOutlines) {
   if (!run.face || run.text.empty() || !(run.size > 0) || !isDrawable(cr, run.size)) return;
   const double shapedSize = std::clamp(run.size, smallestShapedSize, largestShapedSize);
   const double scale = run.size / shapedSize;
-  PangoLayout* layout = layoutOf(*run.face, run.text, shapedSize);
+  Shaper& shaper = shaperFor(*run.face);
+  PangoLayout* layout = shaper.layoutOf(run.text, shapedSize);
   cairo_save(cr);
   cairo_new_path(cr);
   cairo_translate(cr, run.origin.x, run.origin.y);
   if (asOutlines) moveOriginToPixelRow(cr);
-  cairo_scale(cr, substituteFor(*run.face).widthFactor * scale, -scale);
+  cairo_scale(cr, shaper.widthFactor * scale, -scale);
   cairo_move_to(cr, 0, 0);
   PangoLayoutLine* line = pango_layout_get_line_readonly(layout, 0);
   if (asOutlines) {
@@ -155,7 +163,7 @@ void CairoText::draw(cairo_t* cr, const CGTextRun& run, bool asOutlines) {
 }
 
 bool CairoText::readsFromRight(const FontFace& face, std::string_view text) {
-  PangoLayoutLine* line = pango_layout_get_line_readonly(layoutOf(face, text, measuringSize), 0);
+  PangoLayoutLine* line = pango_layout_get_line_readonly(shaperFor(face).layoutOf(text, measuringSize), 0);
   return pango_layout_line_get_resolved_direction(line) == PANGO_DIRECTION_RTL;
 }
 

@@ -11,19 +11,11 @@
 #include "CoreGraphics/CGContext.h"
 
 typedef struct _cairo cairo_t;
-typedef struct _PangoLayout PangoLayout;
 
 namespace zelkon {
 
 class CairoText {
  public:
-  // What is installed in place of a face.
-  struct Substitute {
-    std::string family;
-    bool bold = false;
-    double widthFactor = 1;  // on advances and glyphs
-  };
-
   // Raises NSInternalInconsistencyException where Pango has no backend of the name that the environment asks for.
   CairoText();
   ~CairoText();
@@ -34,7 +26,6 @@ class CairoText {
   // are found, which begins with this object and goes on beside it.
   void requireFonts() const;
 
-  const Substitute& substituteFor(const FontFace& face);
   // Sum of advances at 1 point per em.
   double advanceOf(const FontFace& face, std::string_view text);
   // The run in the source and operator set, baseline origin in the user space of `cr`, y up. `asOutlines` fills the
@@ -47,12 +38,13 @@ class CairoText {
   static std::string wellFormed(std::string_view text);
 
  private:
-  struct Pango;
-  // A layout of one line of the text in the face's substitute; owned by this object and valid until the next call.
-  PangoLayout* layoutOf(const FontFace& face, std::string_view text, double size);
+  struct Fonts;
+  struct Shaper;
+  // Valid as long as this object.
+  Shaper& shaperFor(const FontFace& face);
 
-  std::unique_ptr<Pango> pango_;
-  std::unordered_map<std::string, Substitute> substitutes_;
+  std::unique_ptr<Fonts> fonts_;
+  std::unordered_map<std::string, std::unique_ptr<Shaper>> shapers_;
   std::unordered_map<std::string, double> advances_;
 };
 

@@ -7,8 +7,6 @@
 namespace zelkon {
 namespace {
 
-LibraryMessageSink installedSink = nullptr;
-
 std::string_view fieldNamed(std::string_view name, const GLogField* fields, gsize count) {
   for (gsize i = 0; i < count; ++i) {
     if (fields[i].key != name) continue;
@@ -19,21 +17,20 @@ std::string_view fieldNamed(std::string_view name, const GLogField* fields, gsiz
   return {};
 }
 
-GLogWriterOutput write(GLogLevelFlags level, const GLogField* fields, gsize count, gpointer) {
+GLogWriterOutput write(GLogLevelFlags level, const GLogField* fields, gsize count, gpointer sink) {
   // What is only for those who look for errors in the libraries.
   if ((level & (G_LOG_LEVEL_ERROR | G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_WARNING)) == 0) return G_LOG_WRITER_HANDLED;
   std::string text(fieldNamed("GLIB_DOMAIN", fields, count));
   if (!text.empty()) text += ": ";
   text += fieldNamed("MESSAGE", fields, count);
-  installedSink(text, (level & (G_LOG_FLAG_FATAL | G_LOG_LEVEL_ERROR)) != 0);
+  reinterpret_cast<LibraryMessageSink>(sink)(text, (level & (G_LOG_FLAG_FATAL | G_LOG_LEVEL_ERROR)) != 0);
   return G_LOG_WRITER_HANDLED;
 }
 
 }  // namespace
 
 void setLibraryMessageSink(LibraryMessageSink sink) {
-  installedSink = sink;
-  g_log_set_writer_func(write, nullptr, nullptr);
+  g_log_set_writer_func(write, reinterpret_cast<gpointer>(sink), nullptr);
 }
 
 }  // namespace zelkon

@@ -95,6 +95,8 @@ void subtractRows(const uint32_t* row, const uint32_t* above, size_t width, uint
   subtractPixels(row + x, above + x, width - x, out + x);
 }
 
+constexpr size_t mostBytesReadBehind = 512;
+
 // Appends what it is given to a string as one compressed stream.
 class Deflater {
  public:
@@ -120,9 +122,10 @@ class Deflater {
  private:
   static constexpr uint32_t levelBufferBytes = ISAL_DEF_LVL1_DEFAULT;
   std::string& out_;
-  // The library clears what it needs cleared.
-  std::unique_ptr<isal_zstream> stream_{new isal_zstream};
-  std::unique_ptr<uint8_t[]> levelBuffer_{new uint8_t[levelBufferBytes]}, compressed_{new uint8_t[chunkBytes]};
+  std::unique_ptr<isal_zstream> stream_{new isal_zstream{}};
+  // The library looks for matches in its tables before it has filled them: what memory held by chance would show in the
+  // bytes, though never in the pixels.
+  std::unique_ptr<uint8_t[]> levelBuffer_{new uint8_t[levelBufferBytes]{}}, compressed_{new uint8_t[chunkBytes]};
 };
 
 void appendRows(std::string& out, const uint8_t* pixels, size_t width, size_t height, size_t stride) {
@@ -131,7 +134,9 @@ void appendRows(std::string& out, const uint8_t* pixels, size_t width, size_t he
   std::vector<uint32_t> differences(width);
   std::vector<uint8_t> chunk;
   const size_t rowBytes = width * sizeof(uint32_t);
-  chunk.reserve(chunkBytes + 1 + rowBytes);
+  // The library also reads behind what it is given, which must not hold what memory held by chance.
+  chunk.resize(chunkBytes + 1 + rowBytes + mostBytesReadBehind);
+  chunk.clear();
   const uint32_t* above = nothing.data();
   for (size_t y = 0; y < height; ++y) {
     const auto* row = reinterpret_cast<const uint32_t*>(pixels + y * stride);

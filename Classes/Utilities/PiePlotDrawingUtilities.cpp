@@ -6,6 +6,7 @@
 #include "AppKit/NSBundle.h"
 #include "CoreGraphics/GraphicsDevice.h"
 #include "Foundation/NSAssertionHandler.h"
+#include "Foundation/PlatformSession.h"
 
 namespace zelkon {
 
@@ -27,8 +28,9 @@ PiePlotDrawingUtilities::BackingBuffer allocatePixels(size_t rowBytes, size_t he
 }  // namespace
 
 PiePlotDrawingUtilities& PiePlotDrawingUtilities::sharedUtilities() {
-  static PiePlotDrawingUtilities* sSingletonInstance = nullptr;
-  if (sSingletonInstance == nullptr) sSingletonInstance = new (std::nothrow) PiePlotDrawingUtilities;
+  auto& sSingletonInstance =
+      PlatformSession::part<std::unique_ptr<PiePlotDrawingUtilities>>(PlatformSession::Key::drawingUtilities);
+  if (sSingletonInstance == nullptr) sSingletonInstance.reset(new (std::nothrow) PiePlotDrawingUtilities);
   NSParameterAssert(sSingletonInstance != nullptr, "sSingletonInstance != nil",
                     "+[PiePlotDrawingUtilities sharedUtilities]", nullptr, sourceFile, 29);
   return *sSingletonInstance;

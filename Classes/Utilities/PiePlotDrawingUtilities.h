@@ -1,5 +1,5 @@
 // Off-screen drawing for the charts: bitmap contexts in the screen's colour space, a reusable shared context, and the
-// pictures of the plug-in's bundle. One instance serves the process; main thread only.
+// pictures of the plug-in's bundle. One instance serves the session.
 #pragma once
 
 #include <cstdint>
@@ -23,6 +23,7 @@ class PiePlotDrawingUtilities {
  public:
   using BackingBuffer = std::unique_ptr<uint8_t[]>;
 
+  // The session's.
   static PiePlotDrawingUtilities& sharedUtilities();
   PiePlotDrawingUtilities() = default;
   PiePlotDrawingUtilities(const PiePlotDrawingUtilities&) = delete;

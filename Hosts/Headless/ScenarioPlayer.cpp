@@ -39,8 +39,7 @@ std::string placeOfFile(const std::string& name, size_t index, const ScenarioSte
   return name + ": /steps/" + std::to_string(index) + (key ? std::string("/") + key : "");
 }
 
-// One scenario being played: its transcript beginning at zero, the log and the locale its own, the earlier ones back at
-// its end.
+// One scenario being played in its own session.
 class Player {
  public:
   Player(const Scenario& scenario, const std::string& name, const PlayOptions& options, ChartLayout layout,
@@ -48,22 +47,19 @@ class Player {
       : scenario_(scenario),
         name_(printableName(name)),
         services_(services),
-        transcript_(sink),
-        scale_(options.scale.value_or(scenario.scale)) {
-    services.device().setScreenScale(scale_);
-    locale_ = LocaleServices::install(std::make_shared<IcuLocaleServices>(options.locale.value_or(scenario.locale)));
-    log_ = NSSetLogSink([this](std::string_view line) { log(line); });
+        scale_(options.scale.value_or(scenario.scale)),
+        session_(services, options.locale.value_or(scenario.locale), scale_) {
+    transcript_.emplace(sink);
+    NSSetLogSink([this](std::string_view line) { log(line); });
     try {
-      host_.emplace(scenario.plot, options.size.value_or(scenario.size), layout, transcript_);
+      host_.emplace(scenario.plot, options.size.value_or(scenario.size), layout, *transcript_);
     } catch (const NSException& exception) {
-      restore();
       throw ScenarioError(name_ + ": /plot: " + printableText(exception.reason(), kLongestReason));
     }
   }
   ~Player() {
     host_.reset();
     CATransaction::deliverEndedAnimations();
-    restore();
   }
   Player(const Player&) = delete;
   Player& operator=(const Player&) = delete;
@@ -85,10 +81,6 @@ class Player {
   }
 
  private:
-  void restore() {
-    NSSetLogSink(std::move(log_));
-    LocaleServices::install(std::move(locale_));
-  }
   void play() {
     if (!scenario_.steps) {
       if (scenario_.options) carryOut("/options", [&] { host_->call("SetPlotOptions", {*scenario_.options}); });
@@ -120,11 +112,11 @@ class Player {
     if (refuses_)
       refusal_ = line;
     else
-      transcript_.log(line);
+      transcript_->log(line);
   }
   void carryOut(const CallStep& step) {
     const Value result = host_->call(step.name, step.arguments);
-    if (!result.isNull() && !result.isUndefined()) transcript_.result(step.name, result);
+    if (!result.isNull() && !result.isUndefined()) transcript_->result(step.name, result);
   }
   void carryOut(const WaitStep& step) { host_->wait(step.seconds); }
   void carryOut(const MouseStep& step) {
@@ -162,28 +154,30 @@ class Player {
   const Scenario& scenario_;
   const std::string name_;
   HeadlessServices& services_;
-  Transcript transcript_;
   double scale_;
   std::optional<OutputFolder> folder_;
   bool refuses_ = false;
   std::string refusal_;  // the last line of the log
   std::string place_;    // of what is carried out
-  std::shared_ptr<LocaleServices> locale_;
-  LogSink log_;
+  std::optional<Transcript> transcript_;
+  HeadlessSession session_;
   std::optional<PlugInHost> host_;
 };
 
 }  // namespace
 
-HeadlessServices::HeadlessServices() : device_(std::make_unique<CairoDevice>()) {
-  GraphicsDevice::install(device_.get());
+HeadlessServices::HeadlessServices() : device_(std::make_unique<CairoDevice>()) {}
+HeadlessServices::~HeadlessServices() = default;
+
+HeadlessSession::HeadlessSession(HeadlessServices& services, const std::string& locale, double scale)
+    : device_(services.device()), earlierScale_(device_.screenScale()) {
+  device_.setScreenScale(scale);
+  GraphicsDevice::install(&device_);
+  LocaleServices::install(std::make_shared<IcuLocaleServices>(locale));
   NSBundle::mainBundle().setLoader(resourceNamed);
 }
 
-HeadlessServices::~HeadlessServices() {
-  if (GraphicsDevice::current() == device_.get()) GraphicsDevice::install(nullptr);
-  NSBundle::mainBundle().setLoader(nullptr);
-}
+HeadlessSession::~HeadlessSession() { device_.setScreenScale(earlierScale_); }
 
 void playScenario(const Scenario& scenario, const std::string& name, const PlayOptions& options,
                   const std::string& folder, HeadlessServices& services, const Transcript::Sink& sink) {

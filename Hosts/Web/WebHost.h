@@ -1,4 +1,5 @@
-// All charts of one instance of the module: they share the clock, the run loop, the device and the log.
+// All charts of one instance of the module: they share one session, and so the clock, the run loop, the device and the
+// log.
 #pragma once
 
 #include <map>
@@ -6,6 +7,7 @@
 #include <set>
 #include <vector>
 
+#include "Foundation/PlatformSession.h"
 #include "Hosts/Common/LoggedExceptions.h"
 #include "Hosts/Web/WebPlot.h"
 
@@ -51,6 +53,8 @@ class WebHost {
   std::vector<HostedChart*> charts() const;
 
   CanvasDevice device_;
+  PlatformSession session_;
+  PlatformSession::Scope scope_{session_};  // the module has one thread and needs no other session
   std::map<int, std::unique_ptr<WebPlot>> plots_;
   std::set<int> destroyed_;
   int depth_ = 0;

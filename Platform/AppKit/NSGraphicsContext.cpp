@@ -3,12 +3,18 @@
 #include <utility>
 #include <vector>
 
+#include "Foundation/PlatformSession.h"
+
 namespace zelkon {
 
 namespace {
 
-std::shared_ptr<NSGraphicsContext> current;
-std::vector<std::shared_ptr<NSGraphicsContext>> saved;
+struct Contexts {
+  std::shared_ptr<NSGraphicsContext> current;
+  std::vector<std::shared_ptr<NSGraphicsContext>> saved;
+};
+
+Contexts& contexts() { return PlatformSession::part<Contexts>(PlatformSession::Key::graphicsContexts); }
 
 }  // namespace
 
@@ -19,16 +25,20 @@ std::shared_ptr<NSGraphicsContext> NSGraphicsContext::graphicsContextWithGraphic
   return std::make_shared<NSGraphicsContext>(port, flipped, false);
 }
 
-std::shared_ptr<NSGraphicsContext> NSGraphicsContext::currentContext() { return current; }
+std::shared_ptr<NSGraphicsContext> NSGraphicsContext::currentContext() { return contexts().current; }
 
-void NSGraphicsContext::setCurrentContext(std::shared_ptr<NSGraphicsContext> context) { current = std::move(context); }
+void NSGraphicsContext::setCurrentContext(std::shared_ptr<NSGraphicsContext> context) {
+  contexts().current = std::move(context);
+}
 
 void NSGraphicsContext::saveGraphicsState() {
+  auto& [current, saved] = contexts();
   saved.push_back(current);
   if (current && current->port_ != nullptr) current->port_->saveGState();
 }
 
 void NSGraphicsContext::restoreGraphicsState() {
+  auto& [current, saved] = contexts();
   if (saved.empty()) return;
   current = std::move(saved.back());
   saved.pop_back();

@@ -16,6 +16,7 @@ class NSGraphicsContext {
   bool isDrawingToScreen() const { return drawingToScreen_; }
   bool isFlipped() const { return flipped_; }
 
+  // The session's.
   static std::shared_ptr<NSGraphicsContext> currentContext();
   static void setCurrentContext(std::shared_ptr<NSGraphicsContext> context);
   // Remember and bring back the current context, saving and restoring its graphics state.

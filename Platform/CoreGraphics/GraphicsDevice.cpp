@@ -2,26 +2,28 @@
 
 #include <utility>
 
+#include "Foundation/PlatformSession.h"
+
 namespace zelkon {
 
 namespace {
 
-GraphicsDevice*& installed() {
-  static GraphicsDevice* device = nullptr;
-  return device;
-}
+struct Installed {
+  GraphicsDevice* device = nullptr;
+  unsigned long installations = 0;
+};
 
-unsigned long installationCount = 0;
+Installed& installed() { return PlatformSession::part<Installed>(PlatformSession::Key::device); }
 
 }  // namespace
 
-GraphicsDevice* GraphicsDevice::current() { return installed(); }
+GraphicsDevice* GraphicsDevice::current() { return installed().device; }
 
 GraphicsDevice* GraphicsDevice::install(GraphicsDevice* device) {
-  ++installationCount;
-  return std::exchange(installed(), device);
+  ++installed().installations;
+  return std::exchange(installed().device, device);
 }
 
-unsigned long GraphicsDevice::installations() { return installationCount; }
+unsigned long GraphicsDevice::installations() { return installed().installations; }
 
 }  // namespace zelkon

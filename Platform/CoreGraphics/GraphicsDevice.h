@@ -1,4 +1,5 @@
-// What the platform asks of a drawing backend. The host installs one.
+// What the platform asks of a drawing backend. The host installs one in each session; sessions on different threads
+// need devices of their own.
 #pragma once
 
 #include <cstdint>
@@ -26,11 +27,11 @@ class GraphicsDevice {
   // Sum of advances of the text in that face at 1 point per em: widths are linear in the size.
   virtual double advanceOfText(const FontFace& face, std::string_view text) = 0;
 
-  // Null until the host has installed one.
+  // The session's; null until the host has installed one.
   static GraphicsDevice* current();
-  // Not owned; returns the earlier one.
+  // Not owned, and must outlive the session or be replaced before it goes; returns the earlier one.
   static GraphicsDevice* install(GraphicsDevice* device);
-  // How often install was called: what was measured before the number moved on may hold no longer.
+  // How often install was called in this session: what was measured before the number moved on may hold no longer.
   static unsigned long installations();
 };
 

@@ -6,6 +6,7 @@
 
 #include "CoreGraphics/GraphicsDevice.h"
 #include "CoreText/UTF8.h"
+#include "Foundation/PlatformSession.h"
 
 namespace zelkon {
 
@@ -79,7 +80,7 @@ std::optional<NSFont> NSFontWithName(std::string_view name, double size) {
 NSFont NSBoldSystemFontOfSize(double size) { return {FontFaceLucidaGrandeBold(), size > 0 ? size : systemFontSize}; }
 
 double CTTextAdvance(const CTFont& font, std::string_view text) {
-  static AdvanceMemo memo;
+  auto& memo = PlatformSession::part<AdvanceMemo>(PlatformSession::Key::textAdvances);
   return memo.advance(font.face(), text) * font.pointSize();
 }
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "Foundation/DecimalDigits.h"
+#include "Foundation/PlatformSession.h"
 
 namespace zelkon {
 
@@ -63,9 +64,12 @@ class EnglishLocale : public LocaleServices {
   int monthsPerYear() const override { return 12; }
 };
 
+struct Installed {
+  std::shared_ptr<LocaleServices> services = std::make_shared<EnglishLocale>();
+};
+
 std::shared_ptr<LocaleServices>& installed() {
-  static std::shared_ptr<LocaleServices> services = std::make_shared<EnglishLocale>();
-  return services;
+  return PlatformSession::part<Installed>(PlatformSession::Key::locale).services;
 }
 
 }  // namespace

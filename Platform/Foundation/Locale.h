@@ -21,8 +21,9 @@ class LocaleServices {
   // Months in the longest year of the user's calendar: 12 for the Gregorian one.
   virtual int monthsPerYear() const = 0;
 
+  // The session's.
   static std::shared_ptr<LocaleServices> current();
-  // Replaces the services; null restores a plain built-in English service. Returns the earlier ones.
+  // Replaces the session's services; null restores a plain built-in English service. Returns the earlier ones.
   static std::shared_ptr<LocaleServices> install(std::shared_ptr<LocaleServices> services);
 };
 

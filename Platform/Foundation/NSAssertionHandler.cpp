@@ -4,24 +4,24 @@
 
 #include "Foundation/NSException.h"
 #include "Foundation/NSLog.h"
+#include "Foundation/PlatformSession.h"
 
 namespace zelkon {
 
 namespace {
 
-NSAssertionHandler::Handler& threadHandler() {
-  thread_local NSAssertionHandler::Handler handler;
-  return handler;
+NSAssertionHandler::Handler& installed() {
+  return PlatformSession::part<NSAssertionHandler::Handler>(PlatformSession::Key::assertionHandler);
 }
 
 }  // namespace
 
 NSAssertionHandler::Handler NSAssertionHandler::setHandler(Handler handler) {
-  return std::exchange(threadHandler(), std::move(handler));
+  return std::exchange(installed(), std::move(handler));
 }
 
 void NSAssertionHandler::handleFailure(const AssertionFailure& failure) {
-  if (const Handler handler = threadHandler())
+  if (const Handler handler = installed())
     handler(failure);
   else
     NSLog("*** Assertion failure in " + failure.operation + ", " + failure.file + ":" + std::to_string(failure.line));

@@ -19,7 +19,7 @@ struct AssertionFailure {
 class NSAssertionHandler {
  public:
   using Handler = std::function<void(const AssertionFailure&)>;
-  // Replaces the handler for this thread and returns the earlier one; an empty function restores the default.
+  // Replaces the session's handler and returns the earlier one; an empty function restores the default.
   static Handler setHandler(Handler handler);
   // Passes the failure to the handler. Should the handler return, the exception is raised all the same.
   [[noreturn]] static void handleFailure(const AssertionFailure& failure);

@@ -5,15 +5,13 @@
 #include <utility>
 
 #include "Foundation/DecimalDigits.h"
+#include "Foundation/PlatformSession.h"
 
 namespace zelkon {
 
 namespace {
 
-LogSink& sink() {
-  static LogSink installed;
-  return installed;
-}
+LogSink& sink() { return PlatformSession::part<LogSink>(PlatformSession::Key::log); }
 
 }  // namespace
 

@@ -8,7 +8,7 @@
 namespace zelkon {
 
 using LogSink = std::function<void(std::string_view line)>;
-// Replaces the sink and returns the earlier one (empty = standard error).
+// Replaces the session's sink and returns the earlier one (empty = standard error).
 LogSink NSSetLogSink(LogSink sink);
 void NSLog(std::string_view line);
 // "%f": six decimals, no locale: NSFormatDouble(-3.5) is "-3.500000".

@@ -3,11 +3,12 @@
 #include <algorithm>
 #include <utility>
 
+#include "Foundation/PlatformSession.h"
+
 namespace zelkon {
 
 NSNotificationCenter& NSNotificationCenter::defaultCenter() {
-  static NSNotificationCenter center;
-  return center;
+  return PlatformSession::part<NSNotificationCenter>(PlatformSession::Key::notificationCenter);
 }
 
 void NSNotificationCenter::addObserver(const void* observer, Handler handler, std::string name, const void* object) {

@@ -18,6 +18,7 @@ struct NSNotification {
 class NSNotificationCenter {
  public:
   using Handler = std::function<void(const NSNotification&)>;
+  // The session's.
   static NSNotificationCenter& defaultCenter();
 
   // `object` null observes every sender.

@@ -2,14 +2,12 @@
 
 #include <utility>
 
+#include "Foundation/PlatformSession.h"
 #include "Foundation/VectorAlgorithms.h"
 
 namespace zelkon {
 
-NSRunLoop& NSRunLoop::mainRunLoop() {
-  static NSRunLoop loop;
-  return loop;
-}
+NSRunLoop& NSRunLoop::mainRunLoop() { return PlatformSession::part<NSRunLoop>(PlatformSession::Key::runLoop); }
 
 void NSRunLoop::performAfterDelay(const void* target, double delay, std::function<void()> action,
                                   std::shared_ptr<const void> alive) {

@@ -1,5 +1,4 @@
-// Delayed perform requests of the main thread. The host says what time it is and when a turn happens; nothing here
-// reads a clock.
+// Delayed perform requests. The host says what time it is and when a turn happens; nothing here reads a clock.
 #pragma once
 
 #include <cstddef>
@@ -12,6 +11,7 @@ namespace zelkon {
 
 class NSRunLoop {
  public:
+  // The session's.
   static NSRunLoop& mainRunLoop();
 
   // Runs `action` at the first turn at or after now + delay (seconds), never before the current call returns.

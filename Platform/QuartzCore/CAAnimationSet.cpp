@@ -30,11 +30,6 @@ std::optional<double> progressAt(const CAAttachedAnimation& attached, double tim
   return animation.timingFunction ? animation.timingFunction->solve(t) : t;
 }
 
-unsigned long nextSerial() {
-  static unsigned long serial = 0;
-  return ++serial;
-}
-
 }  // namespace
 
 void CAAnimationSet::add(CABasicAnimation animation, const std::string& key, std::optional<CAAnimatableValue> shown) {
@@ -42,7 +37,7 @@ void CAAnimationSet::add(CABasicAnimation animation, const std::string& key, std
   auto attached = std::make_shared<CAAttachedAnimation>();
   attached->animation = std::move(animation);
   attached->key = key;
-  attached->serial = nextSerial();
+  attached->serial = CAAnimationTimeline::shared().nextSerial();
   attached->shownWhenAdded = std::move(shown);
   attached->set = weak_from_this();
   animations_.push_back(std::move(attached));

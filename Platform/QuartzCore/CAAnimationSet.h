@@ -17,7 +17,7 @@ class CAAnimationSet;
 struct CAAttachedAnimation {
   CABasicAnimation animation;
   std::string key;
-  unsigned long serial = 0;                         // counts up with every animation added anywhere
+  unsigned long serial = 0;                         // counts up with every animation added to any layer
   std::optional<double> start;                      // media time at which it begins; none while it waits for a commit
   std::optional<CAAnimatableValue> shownWhenAdded;  // what the layer showed; from here when it says neither end
   bool stopTold = false;                            // its delegate has heard, or is about to hear, that it ended

@@ -3,14 +3,13 @@
 #include <algorithm>
 #include <utility>
 
+#include "Foundation/PlatformSession.h"
 #include "Foundation/VectorAlgorithms.h"
 
 namespace zelkon {
 
 CAAnimationTimeline& CAAnimationTimeline::shared() {
-  // Never destroyed: layers that outlive main still report to it.
-  static CAAnimationTimeline* timeline = new CAAnimationTimeline;
-  return *timeline;
+  return PlatformSession::part<CAAnimationTimeline>(PlatformSession::Key::timeline);
 }
 
 void CAAnimationTimeline::advanceTo(double seconds) {

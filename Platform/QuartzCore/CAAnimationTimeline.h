@@ -10,6 +10,7 @@ namespace zelkon {
 
 class CAAnimationTimeline {
  public:
+  // The session's.
   static CAAnimationTimeline& shared();
 
   double now() const { return now_; }
@@ -21,6 +22,8 @@ class CAAnimationTimeline {
   // Tells the delegates what has begun and ended up to now: beginnings first, then ends in order of end time, equal
   // times in order of adding. What happens inside a delegate is told the next time.
   void deliver();
+  // One more for every animation that is added to a layer.
+  unsigned long nextSerial() { return ++serial_; }
   bool isBusy() const { return !running_.empty() || !stopped_.empty(); }
 
  private:
@@ -34,6 +37,7 @@ class CAAnimationTimeline {
   Animations running_;
   std::vector<Stop> stopped_;  // removed before the end
   double now_ = 0;
+  unsigned long serial_ = 0;
 };
 
 }  // namespace zelkon

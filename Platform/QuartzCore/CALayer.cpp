@@ -5,6 +5,7 @@
 #include <cmath>
 #include <utility>
 
+#include "Foundation/PlatformSession.h"
 #include "QuartzCore/CAAnimationSet.h"
 #include "QuartzCore/CALayerCommit.h"
 #include "QuartzCore/CATransaction.h"
@@ -16,8 +17,12 @@ namespace {
 // Versions come from one counter, so that a whole chain of superlayers carries the number of the latest change. It only
 // counts up once somebody has looked: until then a layer that carries the newest number has superlayers that do too,
 // and the walk up the tree can stop there.
-unsigned long newestVersion = 1;
-bool versionWasRead = false;
+struct Versions {
+  unsigned long newest = 1;
+  bool wasRead = false;
+};
+
+Versions& versions() { return PlatformSession::part<Versions>(PlatformSession::Key::layerVersions); }
 
 template <typename T>
 bool isSame(const T& a, const T& b) {
@@ -37,21 +42,22 @@ CALayer::CALayer() { model_.borderColor = kCGColorBlack(); }
 
 void CALayer::didChange() {
   ++appearanceVersion_;
-  if (std::exchange(versionWasRead, false)) ++newestVersion;
-  if (subtreeVersion_ != newestVersion) {
-    subtreeVersion_ = newestVersion;
+  auto& [newest, wasRead] = versions();
+  if (std::exchange(wasRead, false)) ++newest;
+  if (subtreeVersion_ != newest) {
+    subtreeVersion_ = newest;
     const auto above = [](const CALayer& layer) {
       CALayerRef next = layer.superlayer_.lock();
       return next ? next : layer.masked_.lock();
     };
-    for (CALayerRef layer = above(*this); layer && layer->subtreeVersion_ != newestVersion; layer = above(*layer))
-      layer->subtreeVersion_ = newestVersion;
+    for (CALayerRef layer = above(*this); layer && layer->subtreeVersion_ != newest; layer = above(*layer))
+      layer->subtreeVersion_ = newest;
   }
   if (live_) CATransaction::noteChange();
 }
 
 unsigned long CALayer::subtreeVersion() const {
-  versionWasRead = true;
+  versions().wasRead = true;
   return subtreeVersion_;
 }
 

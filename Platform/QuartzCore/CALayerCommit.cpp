@@ -1,9 +1,11 @@
 #include "QuartzCore/CALayerCommit.h"
 
 #include <algorithm>
+#include <cassert>
 #include <exception>
 #include <utility>
 
+#include "Foundation/PlatformSession.h"
 #include "QuartzCore/CAAnimationSet.h"
 #include "QuartzCore/CATransaction.h"
 
@@ -11,15 +13,12 @@ namespace zelkon {
 
 namespace {
 
-std::vector<std::weak_ptr<CALayer>>& touchedLayers() {
-  static auto* layers = new std::vector<std::weak_ptr<CALayer>>;
-  return *layers;
-}
+struct Queue {
+  std::vector<std::weak_ptr<CALayer>> touched;
+  std::vector<CALayer*> roots;
+};
 
-std::vector<CALayer*>& liveRoots() {
-  static auto* roots = new std::vector<CALayer*>;
-  return *roots;
-}
+Queue& queue() { return PlatformSession::part<Queue>(PlatformSession::Key::commits); }
 
 }  // namespace
 
@@ -29,19 +28,21 @@ void CALayerCommit::touch(CALayer& layer) {
   if (handle.expired()) return;
   CATransaction::noteChange();
   layer.touched_ = true;
-  touchedLayers().push_back(std::move(handle));
+  queue().touched.push_back(std::move(handle));
 }
 
-void CALayerCommit::addRoot(CALayer& root) { liveRoots().push_back(&root); }
+void CALayerCommit::addRoot(CALayer& root) { queue().roots.push_back(&root); }
 
 void CALayerCommit::removeRoot(CALayer& root) {
-  std::vector<CALayer*>& roots = liveRoots();
-  roots.erase(std::remove(roots.begin(), roots.end(), &root), roots.end());
+  std::vector<CALayer*>& roots = queue().roots;
+  const auto place = std::find(roots.begin(), roots.end(), &root);
+  assert(place != roots.end() && "the layer belongs to another session");
+  if (place != roots.end()) roots.erase(place);
 }
 
 void CALayerCommit::run() {
   std::vector<CALayerRef> layers;
-  for (const std::weak_ptr<CALayer>& handle : std::exchange(touchedLayers(), {})) {
+  for (const std::weak_ptr<CALayer>& handle : std::exchange(queue().touched, {})) {
     if (CALayerRef layer = handle.lock()) {
       layer->touched_ = false;
       layers.push_back(std::move(layer));
@@ -68,7 +69,7 @@ void CALayerCommit::run() {
       layer->animations_->removeStarted();
   }
   std::vector<CALayerRef> changed;
-  for (CALayer* root : liveRoots()) {
+  for (CALayer* root : queue().roots) {
     const unsigned long version = root->subtreeVersion();
     if (std::exchange(root->shownVersion_, version) == version) continue;
     if (CALayerRef layer = root->weak_from_this().lock()) changed.push_back(std::move(layer));

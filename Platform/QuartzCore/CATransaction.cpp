@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "Foundation/PlatformSession.h"
 #include "QuartzCore/CAAnimationTimeline.h"
 #include "QuartzCore/CALayerCommit.h"
 
@@ -36,10 +37,7 @@ struct Stack {
   }
 };
 
-Stack& stack() {
-  static auto* open = new Stack;
-  return *open;
-}
+Stack& stack() { return PlatformSession::part<Stack>(PlatformSession::Key::transactions); }
 
 }  // namespace
 

@@ -1,4 +1,4 @@
-// Groups of layer changes. Main thread only; the host says what time it is.
+// Groups of layer changes of the current session. The host says what time it is.
 #pragma once
 
 #include <optional>

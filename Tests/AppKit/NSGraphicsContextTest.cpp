@@ -2,6 +2,7 @@
 
 #include "AppKit/NSGraphicsContext.h"
 #include "CoreGraphics/DisplayList.h"
+#include "Foundation/PlatformSession.h"
 
 namespace zelkon {
 namespace {
@@ -34,6 +35,21 @@ TEST(NSGraphicsContext, RestoringBringsBackTheContextAndItsState) {
   NSGraphicsContext::restoreGraphicsState();  // unmatched: nothing
   EXPECT_EQ(NSGraphicsContext::currentContext(), outer);
   NSGraphicsContext::setCurrentContext(nullptr);
+}
+
+TEST(NSGraphicsContext, EachSessionHasItsOwnCurrentOne) {
+  RecordingContext port;
+  const auto context = NSGraphicsContext::graphicsContextWithGraphicsPort(&port, false);
+  NSGraphicsContext::setCurrentContext(context);
+  NSGraphicsContext::saveGraphicsState();
+  {
+    PlatformSession session;
+    const PlatformSession::Scope scope(session);
+    EXPECT_EQ(NSGraphicsContext::currentContext(), nullptr);
+    NSGraphicsContext::restoreGraphicsState();  // nothing was saved here
+    NSGraphicsContext::setCurrentContext(nullptr);
+  }
+  EXPECT_EQ(NSGraphicsContext::currentContext(), context);
 }
 
 }  // namespace

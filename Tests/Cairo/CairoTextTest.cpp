@@ -37,6 +37,21 @@ TEST_F(CairoTextRuns, WidthsAddUpWithoutRounding) {
   EXPECT_EQ(advance(FontFaceHelvetica(), ""), 0);
 }
 
+TEST_F(CairoTextRuns, WidthsDoNotDependOnWhatWasMeasuredBefore) {
+  // A wrapped present: where no font has it, a box with its number stands for it.
+  constexpr const char* text = "a \xF0\x9F\x8E\x81";
+  const FontFaceRef faces[] = {FontFaceLucidaGrande(), FontFaceLucidaGrandeBold(), FontFaceHelvetica()};
+  for (const FontFaceRef& earlier : faces) {
+    CairoDevice shared;
+    shared.advanceOfText(*earlier, text);
+    for (const FontFaceRef& face : faces) {
+      CairoDevice fresh;
+      EXPECT_EQ(shared.advanceOfText(*face, text), fresh.advanceOfText(*face, text))
+          << face->postScriptName << " after " << earlier->postScriptName;
+    }
+  }
+}
+
 TEST_F(CairoTextRuns, AWidthAskedForAgainIsTheSame) {
   const double first = advance(FontFaceLucidaGrande(), "Groceries & Household");
   EXPECT_EQ(advance(FontFaceLucidaGrande(), "Groceries & Household"), first);

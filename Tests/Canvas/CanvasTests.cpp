@@ -9,13 +9,12 @@ extern "C" ZELKON_PAGE_IMPORT(canvasTestScreen) int canvasTestScreen() noexcept;
 
 namespace zelkon {
 
-CanvasTest::CanvasTest() : earlier_(GraphicsDevice::install(&device)) {}
+CanvasTest::CanvasTest() { GraphicsDevice::install(&device); }
 
 CanvasTest::~CanvasTest() {
   context.reset();
   surface.reset();
   device.flush();
-  GraphicsDevice::install(earlier_);
 }
 
 void CanvasTest::start(int width, int height, double scale) {

@@ -8,6 +8,7 @@
 
 #include "Backends/Canvas/CanvasDevice.h"
 #include "CoreGraphics/CGBitmapContext.h"
+#include "Foundation/PlatformSession.h"
 
 namespace zelkon {
 
@@ -43,7 +44,8 @@ class CanvasTest {
   std::unique_ptr<CGContext> context;
 
  private:
-  GraphicsDevice* earlier_;
+  PlatformSession session_;
+  PlatformSession::Scope scope_{session_};
   std::string failures_;
 };
 

@@ -7,6 +7,7 @@
 #include "Foundation/NSAssertionHandler.h"
 #include "Foundation/NSException.h"
 #include "Foundation/NSLog.h"
+#include "Foundation/PlatformSession.h"
 
 namespace zelkon {
 namespace {
@@ -58,10 +59,15 @@ TEST_F(AssertionHandler, ReplacedHandlerMayRaiseItself) {
   EXPECT_THROW(fail(), int);
 }
 
-TEST_F(AssertionHandler, BelongsToTheThread) {
+TEST_F(AssertionHandler, BelongsToTheSessionOfTheThread) {
   bool called = false;
   NSAssertionHandler::setHandler([&](const AssertionFailure&) { called = true; });
-  std::thread([] { EXPECT_THROW(fail(), NSException); }).join();
+  std::thread([this] {
+    PlatformSession session;
+    const PlatformSession::Scope scope(session);
+    NSSetLogSink([this](std::string_view line) { lines.emplace_back(line); });
+    EXPECT_THROW(fail(), NSException);
+  }).join();
   EXPECT_FALSE(called);
   EXPECT_EQ(lines.size(), 1U);
 }

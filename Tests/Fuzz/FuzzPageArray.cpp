@@ -88,12 +88,12 @@ class FuzzedPage {
 void fuzzPageArray(const uint8_t* bytes, size_t size) {
   constexpr size_t headerSize = 3;
   if (size < headerSize) return;
-  fuzzServices();
   constexpr const char* names[] = {"SetPlotData", "SetPlotOptions", "HoverEntryAtIndex", "SliceColorAtIndex"};
   const char* name = names[bytes[1] % 4];
   pageText.assign(bytes, bytes + size);
-  const LogSink log = NSSetLogSink([](std::string_view) {});
   {
+    const HeadlessSession session(fuzzServices(), "en_US", 1);
+    NSSetLogSink([](std::string_view) {});
     FuzzedPage page(bytes[0] % 2 == 1 ? "pie" : "spendingOverTimeBarOrLine", bytes[2]);
     PlugInHost& host = page.host();
     page.handOver(name, bytes + headerSize, size - headerSize);
@@ -107,7 +107,6 @@ void fuzzPageArray(const uint8_t* bytes, size_t size) {
     host.mouseMoved({150, 50});
     host.settle();
   }
-  NSSetLogSink(log);
   if (heldTables != 0) std::abort();
 }
 

@@ -1,4 +1,4 @@
-// The drawing device, fonts and resources that all targets of a process share.
+// The drawing device and fonts that all targets of a process share.
 #pragma once
 
 #include "Hosts/Headless/ScenarioPlayer.h"

@@ -28,6 +28,7 @@ class LayerDump : public testing::Test {
     return Json::parse(layerDump(host.view().get(), CACurrentMediaTime()));
   }
   HeadlessServices services_;
+  HeadlessSession session_{services_, "en_US", 1};
   Transcript transcript_{[](const std::string&) {}};
 };
 

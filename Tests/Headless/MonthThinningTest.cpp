@@ -1,7 +1,6 @@
 // Month names of other languages thin as English ones do when the page's texts and the user's locale agree.
 #include <gtest/gtest.h>
 
-#include "Backends/Cairo/IcuLocaleServices.h"
 #include "Classes/Plotting/LinePlot.h"
 #include "Hosts/Headless/ScenarioPlayer.h"
 
@@ -16,15 +15,14 @@ struct Language {
 class MonthNames : public testing::TestWithParam<Language> {};
 
 TEST_P(MonthNames, ThinToQuarterStarts) {
-  const HeadlessServices services;
-  const auto earlier = LocaleServices::install(std::make_shared<IcuLocaleServices>(GetParam().locale));
+  HeadlessServices services;
+  const HeadlessSession session(services, GetParam().locale, 1);
   LabelRow row;
   for (int i = 0; i < 24; ++i) {
     row.labels.emplace_back(GetParam().months[static_cast<size_t>(i % 12)], BarPlot::xLabelAttributes());
     row.rects.push_back(CGRectMake(14.0 * i, 24, 14, 15));
   }
   labelfitting::fitMonths(row, 10, {});
-  LocaleServices::install(earlier);
   for (size_t i = 0; i < 24; ++i) {
     EXPECT_EQ(row.labels[i].string(), i % 3 == 0 ? GetParam().months[i % 12] : "") << i;
   }

@@ -8,6 +8,7 @@
 #include "Foundation/NSAssertionHandler.h"
 #include "Foundation/NSException.h"
 #include "Foundation/NSLog.h"
+#include "Foundation/PlatformSession.h"
 #include "Support/ViewHost.h"
 
 namespace zelkon {
@@ -25,8 +26,12 @@ AssertionFailure failureOf(Action action) {
 
 constexpr const char* utilitiesFile = "Classes/Utilities/PiePlotDrawingUtilities";
 
-TEST(PiePlotDrawingUtilities, OneInstanceServesTheProcess) {
-  EXPECT_EQ(&PiePlotDrawingUtilities::sharedUtilities(), &PiePlotDrawingUtilities::sharedUtilities());
+TEST(PiePlotDrawingUtilities, OneInstanceServesTheSession) {
+  PiePlotDrawingUtilities* const instance = &PiePlotDrawingUtilities::sharedUtilities();
+  EXPECT_EQ(&PiePlotDrawingUtilities::sharedUtilities(), instance);
+  PlatformSession session;
+  const PlatformSession::Scope scope(session);
+  EXPECT_NE(&PiePlotDrawingUtilities::sharedUtilities(), instance);
 }
 
 TEST(PiePlotDrawingUtilities, RowsAreMultiplesOfSixteenAndNoPowersOfTwo) {
