@@ -29,23 +29,39 @@ PictureBytes pixels(CGSize size, CairoDevice& device, double scale, Paint paint)
   };
 }
 
+void fill(CGContext& context, const std::optional<RGBA>& background, CGSize size) {
+  if (!background) return;
+  context.saveGState();
+  context.setFillColor(*background);
+  // Whole points cover the last, partial row and column of pixels too.
+  context.fillRect({{0, 0}, {std::ceil(size.width) + 1, std::ceil(size.height) + 1}});
+  context.restoreGState();
+}
+
 }  // namespace
 
-PictureBytes drawnScreen(PlugInHost& host, CairoDevice& device, double scale) {
-  return pixels(host.size(), device, scale, [&](CGContext& context) { host.compose(context, scale); });
+PictureBytes drawnScreen(PlugInHost& host, CairoDevice& device, double scale, const std::optional<RGBA>& background) {
+  return pixels(host.size(), device, scale, [&](CGContext& context) {
+    fill(context, background, host.size());
+    host.compose(context, scale);
+  });
 }
 
 std::string screenPicture(PlugInHost& host, CairoDevice& device, double scale) {
   return drawnScreen(host, device, scale)();
 }
 
-std::string printedPicture(PlugInHost& host, CairoDevice& device, double scale, PictureFormat format) {
-  if (format == PictureFormat::png)
-    return pixels(host.size(), device, scale, [&](CGContext& context) { host.print(context); })();
+std::string printedPicture(PlugInHost& host, CairoDevice& device, double scale, PictureFormat format,
+                           const std::optional<RGBA>& background) {
+  const auto paint = [&](CGContext& context) {
+    fill(context, background, host.size());
+    host.print(context);
+  };
+  if (format == PictureFormat::png) return pixels(host.size(), device, scale, paint)();
   const std::unique_ptr<VectorDocument> document =
       format == PictureFormat::svg ? makeSVGDocument(device, host.size()) : makePDFDocument(device, host.size());
   if (!document) throw FileError("a chart without a size cannot be printed");
-  host.print(document->context());
+  paint(document->context());
   return document->finish();
 }
 

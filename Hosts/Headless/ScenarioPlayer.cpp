@@ -196,8 +196,11 @@ PictureBytes drawScenario(const Scenario& scenario, const std::string& name, con
   checkPixels(scenario, name, options, *kind == PictureFormat::png);
   Player player(scenario, name, options, ChartLayout::readable, services, sink);
   player.draw();
-  if (*kind == PictureFormat::png) return drawnScreen(player.host(), services.device(), player.scale());
-  return [bytes = printedPicture(player.host(), services.device(), player.scale(), *kind)] { return bytes; };
+  if (*kind == PictureFormat::png)
+    return drawnScreen(player.host(), services.device(), player.scale(), options.background);
+  return [bytes = printedPicture(player.host(), services.device(), player.scale(), *kind, options.background)] {
+    return bytes;
+  };
 }
 
 std::string renderScenario(const Scenario& scenario, const std::string& name, const PlayOptions& options,

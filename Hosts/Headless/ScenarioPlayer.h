@@ -47,6 +47,7 @@ struct PlayOptions {
   std::optional<CGSize> size;
   std::optional<double> scale;
   std::optional<std::string> locale;
+  std::optional<RGBA> background;  // under the chart; none in a file
   double mostPixels = 1e8;
   double affordablePixels = std::numeric_limits<double>::infinity();  // that there is memory for
 };

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "Hosts/Headless/ScenarioPlayer.h"
+#include "Support/PicturePixels.h"
 
 namespace zelkon {
 namespace {
@@ -38,20 +39,20 @@ TEST(HeadlessServices, TwoAliveDrawEachItsOwnCharts) {
   ASSERT_NE(expectedPie, expectedBars);
   HeadlessServices first, second;
   for (int i = 0; i < 2; ++i) {
-    EXPECT_TRUE(pie.draw(first) == expectedPie) << i;
-    EXPECT_TRUE(bars.draw(second) == expectedBars) << i;
+    EXPECT_TRUE(showTheSame(pie.draw(first), expectedPie)) << i;
+    EXPECT_TRUE(showTheSame(bars.draw(second), expectedBars)) << i;
   }
-  EXPECT_TRUE(bars.draw(first) == expectedBars);
-  EXPECT_TRUE(pie.draw(second) == expectedPie);
+  EXPECT_TRUE(showTheSame(bars.draw(first), expectedBars));
+  EXPECT_TRUE(showTheSame(pie.draw(second), expectedPie));
 }
 
 TEST(HeadlessServices, OneDrawsOnWhenAnotherHasGone) {
   const std::string expected = pie.drawnAlone();
   HeadlessServices first;
   auto second = std::make_unique<HeadlessServices>();
-  EXPECT_TRUE(bars.draw(*second) == bars.drawnAlone());
+  EXPECT_TRUE(showTheSame(bars.draw(*second), bars.drawnAlone()));
   second.reset();
-  EXPECT_TRUE(pie.draw(first) == expected);
+  EXPECT_TRUE(showTheSame(pie.draw(first), expected));
 }
 
 TEST(HeadlessServices, OneDrawsWhileAnotherIsInTheMiddleOfAChart) {
@@ -61,11 +62,11 @@ TEST(HeadlessServices, OneDrawsWhileAnotherIsInTheMiddleOfAChart) {
   // The page is called when the opening has ended, before the picture is drawn.
   const std::string drawn = pie.draw(first, [&](const std::string&) {
     ++calls;
-    EXPECT_TRUE(bars.draw(second) == expectedBars);
-    EXPECT_TRUE(bars.draw(first) == expectedBars) << "the same services too";
+    EXPECT_TRUE(showTheSame(bars.draw(second), expectedBars));
+    EXPECT_TRUE(showTheSame(bars.draw(first), expectedBars)) << "the same services too";
   });
   EXPECT_EQ(calls, 1);
-  EXPECT_TRUE(drawn == expectedPie);
+  EXPECT_TRUE(showTheSame(drawn, expectedPie));
 }
 
 TEST(HeadlessServices, WhatOneChartLogsStaysOutOfTheOther) {

@@ -32,7 +32,7 @@ export function includesOf(text) {
 
 // The file of the tree that a quoted include means, or null.
 export function resolveInclude(name, sources) {
-  return [`Platform/${name}`, name, `Tests/${name}`].find((path) => sources.has(path)) ?? null;
+  return [`Platform/${name}`, name, `Tests/${name}`, `include/${name}`].find((path) => sources.has(path)) ?? null;
 }
 
 // A platform room's place from the left; the plug-in comes after all of them. Anything else has none.

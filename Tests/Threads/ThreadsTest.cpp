@@ -7,8 +7,8 @@
 #include <thread>
 #include <vector>
 
-#include "Backends/Cairo/CairoDevice.h"
 #include "Hosts/Headless/ScenarioPlayer.h"
+#include "Support/PicturePixels.h"
 
 namespace zelkon {
 namespace {
@@ -79,14 +79,6 @@ std::vector<Pictures> drawFrom(size_t first, size_t count) {
     drawn.push_back({draw("png"), draw("pdf")});
   }
   return drawn;
-}
-
-bool showTheSame(const std::string& png, const std::string& other) {
-  CairoDevice device;
-  const auto pixelsOf = [&](const std::string& bytes) {
-    return device.readPixels(*device.decodePNG(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()));
-  };
-  return pixelsOf(png) == pixelsOf(other);
 }
 
 TEST(Threads, EightDrawWhatOneDraws) {
