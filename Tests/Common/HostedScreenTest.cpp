@@ -195,7 +195,8 @@ TEST(ScaledDownChart, IsDrawnAndPrintedWithinItsBox) {
   RecordingContext context;
   host.chart->print(context);
   double smallest = 1;
-  for (const DisplayList::Command& command : context.snapshot()->commands())
+  const auto printed = context.snapshot();
+  for (const DisplayList::Command& command : printed->commands())
     if (const auto* concat = std::get_if<DisplayList::Concat>(&command))
       smallest = std::min(smallest, concat->transform.a);
   EXPECT_EQ(smallest, 0.5);
